@@ -1,0 +1,263 @@
+#include "spectrum/ElementTable.h"
+#include "spectrum/ElmEdges.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <array>
+#include <cmath>
+
+using Five = std::array<double, 5>;
+Q_DECLARE_METATYPE(Five)
+
+class TestElmEdges : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void resourceRows();
+    void resourceRowValues_data();
+    void resourceRowValues();
+    void kEdgesRiseWithZ();
+    void knownEdges_data();
+    void knownEdges();
+    void suggestedEnergyText_data();
+    void suggestedEnergyText();
+    void missingFileClearsTable();
+    void malformedTables_data();
+    void malformedTables();
+    void columnLayout();
+
+private:
+    QString writeTable(const QByteArray &content);
+
+    QTemporaryDir tmp;
+    int fileCount = 0;
+};
+
+static Five edgeOf(const ElmEdge &r) { return {r.edge[0], r.edge[1], r.edge[2], r.edge[3], r.edge[4]}; }
+static Five cOf(const ElmEdge &r) { return {r.c[0], r.c[1], r.c[2], r.c[3], r.c[4]}; }
+static Five dOf(const ElmEdge &r) { return {r.d[0], r.d[1], r.d[2], r.d[3], r.d[4]}; }
+
+QString TestElmEdges::writeTable(const QByteArray &content)
+{
+    const QString path = tmp.filePath(QStringLiteral("table%1.txt").arg(++fileCount));
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly) || f.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+// Every test starts from the shipped table; the tests of the reader replace it.
+void TestElmEdges::init()
+{
+    QVERIFY(loadElmEdges());
+}
+
+// The resource is reached under ":Victoreen1.txt" from an executable that links
+// only the core library: heading row 0, then H (1) to U (92), row number == z.
+void TestElmEdges::resourceRows()
+{
+    QVERIFY(QFile::exists(QStringLiteral(":Victoreen1.txt")));
+    QCOMPARE(elmEdgeRows, 93);
+    for (int i = 0; i < elmEdgeRows; ++i)
+        QCOMPARE(elmEdges[i].z, i);
+    QCOMPARE(edgeOf(elmEdges[0]), Five{});
+}
+
+void TestElmEdges::resourceRowValues_data()
+{
+    QTest::addColumn<int>("z");
+    QTest::addColumn<Five>("edge");
+    QTest::addColumn<Five>("c");
+    QTest::addColumn<Five>("d");
+
+    // The rows of H, Cu and Pr as they have always been shipped; "=" reads 0.
+    QTest::newRow("H: no edges, K coefficients only")
+        << 1 << Five{} << Five{0.0127, 0, 0, 0, 0} << Five{0.00000466, 0, 0, 0, 0};
+    QTest::newRow("Cu: K and L edges, no fifth")
+        << 29 << Five{8.98436029, 1.1, 0.954, 0.935, 0} << Five{176, 15.6, 0, 0, 0}
+        << Five{48.3, 0.779, 0, 0, 0};
+    QTest::newRow("Pr: no K coefficients, fifth pair without edge")
+        << 59 << Five{41.999, 6.838, 6.447, 5.966, 0} << Five{0, 176, 149, 71.7, 26.1}
+        << Five{0, 50.2, 32.7, 11.5, 2.83};
+}
+
+void TestElmEdges::resourceRowValues()
+{
+    QFETCH(int, z);
+    QFETCH(Five, edge);
+    QFETCH(Five, c);
+    QFETCH(Five, d);
+    QCOMPARE(elmEdges[z].z, z);
+    QCOMPARE(edgeOf(elmEdges[z]), edge);
+    QCOMPARE(cOf(elmEdges[z]), c);
+    QCOMPARE(dOf(elmEdges[z]), d);
+}
+
+// A row out of place would show as a K edge lower than the one before it.
+void TestElmEdges::kEdgesRiseWithZ()
+{
+    for (int z = 3; z < elmEdgeRows; ++z)
+        QVERIFY2(elmEdges[z].edge[0] > elmEdges[z - 1].edge[0], qPrintable(QString::number(z)));
+}
+
+void TestElmEdges::knownEdges_data()
+{
+    QTest::addColumn<QString>("symbol");
+    QTest::addColumn<QString>("edgeName");
+    QTest::addColumn<double>("keV");
+
+    // Edge energies as every X-ray data booklet gives them; within 0.5 %.
+    QTest::newRow("Si K") << "Si" << "K" << 1.839;
+    QTest::newRow("Ca K") << "Ca" << "K" << 4.038;
+    QTest::newRow("Ti K") << "Ti" << "K" << 4.966;
+    QTest::newRow("Mn K") << "Mn" << "K" << 6.539;
+    QTest::newRow("Fe K") << "Fe" << "K" << 7.112;
+    QTest::newRow("Ni K") << "Ni" << "K" << 8.333;
+    QTest::newRow("Zn K") << "Zn" << "K" << 9.659;
+    QTest::newRow("Mo K") << "Mo" << "K" << 20.000;
+    QTest::newRow("Ag K") << "Ag" << "K" << 25.514;
+    QTest::newRow("Ce LIII") << "Ce" << "LIII" << 5.723;
+    QTest::newRow("W LIII") << "W" << "L3" << 10.207;
+    QTest::newRow("Pt LIII") << "Pt" << "L3" << 11.564;
+    QTest::newRow("Au K") << "Au" << "K" << 80.725;
+    QTest::newRow("Au LI") << "Au" << "L1" << 14.353;
+    QTest::newRow("Au LII") << "Au" << "L2" << 13.734;
+    QTest::newRow("Au LIII") << "Au" << "L3" << 11.919;
+    QTest::newRow("Pb K") << "Pb" << "K" << 88.005;
+    QTest::newRow("Pb LIII") << "Pb" << "L3" << 13.035;
+    QTest::newRow("U K") << "U" << "K" << 115.606;
+    QTest::newRow("U LIII") << "U" << "L3" << 17.166;
+}
+
+void TestElmEdges::knownEdges()
+{
+    QFETCH(QString, symbol);
+    QFETCH(QString, edgeName);
+    QFETCH(double, keV);
+    const int z = elementNumber(symbol);
+    QVERIFY(z > 0 && z < elmEdgeRows);
+    const double got = elmEdges[z].edge[edgeNumber(edgeName)];
+    QVERIFY2(std::abs(got - keV) <= 0.005 * keV, qPrintable(QString::number(got)));
+}
+
+void TestElmEdges::suggestedEnergyText_data()
+{
+    QTest::addColumn<QString>("symbol");
+    QTest::addColumn<QString>("edgeName");
+    QTest::addColumn<QString>("text");
+
+    // keV * 1000 written with 6 significant digits.
+    QTest::newRow("Cu K") << "Cu" << "K" << "8984.36"; // 8984.36029
+    QTest::newRow("Cu L1") << "Cu" << "L1" << "1100";
+    QTest::newRow("Cu L3") << "Cu" << "L3" << "935";
+    QTest::newRow("Pr K") << "Pr" << "K" << "41999";
+    QTest::newRow("Pr L2") << "Pr" << "L2" << "6447";
+    QTest::newRow("H K is '='") << "H" << "K" << "0";
+    QTest::newRow("H L3 is '='") << "H" << "L3" << "0";
+}
+
+void TestElmEdges::suggestedEnergyText()
+{
+    QFETCH(QString, symbol);
+    QFETCH(QString, edgeName);
+    QFETCH(QString, text);
+    const int z = elementNumber(symbol);
+    QVERIFY(z > 0);
+    QCOMPARE(QString::number(elmEdges[z].edge[edgeNumber(edgeName)] * 1000.0, 'g', 6), text);
+}
+
+// A failed read leaves every edge at 0, not the values of the read before.
+void TestElmEdges::missingFileClearsTable()
+{
+    QVERIFY(elmEdges[29].edge[0] > 0);
+    QTest::ignoreMessage(QtDebugMsg, "Cannot open [Victoreen1.txt]\n");
+    QVERIFY(!loadElmEdges(tmp.filePath(QStringLiteral("no-such-file.txt"))));
+    QCOMPARE(elmEdgeRows, 0);
+    for (const ElmEdge &row : elmEdges) {
+        QCOMPARE(row.z, 0);
+        QCOMPARE(edgeOf(row), Five{});
+    }
+}
+
+void TestElmEdges::malformedTables_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QList<int>>("zs");      // z of each row read
+    QTest::addColumn<QList<double>>("kEdge"); // edge[0] of each row read
+
+    QTest::newRow("empty file") << QByteArray() << QList<int>{} << QList<double>{};
+    QTest::newRow("comments take no row")
+        << QByteArray("# heading\nA 1 2.5\n   # indented\n#B 2 3\nC 2 3.5\n")
+        << QList<int>{1, 2} << QList<double>{2.5, 3.5};
+    QTest::newRow("heading becomes row 0")
+        << QByteArray("Elm Z K keV\nH 1 0.5\n") << QList<int>{0, 1} << QList<double>{0, 0.5};
+    QTest::newRow("blank line takes a row")
+        << QByteArray("A 1 1\n\n   \nB 4 2\n") << QList<int>{1, 0, 0, 4}
+        << QList<double>{1, 0, 0, 2};
+    QTest::newRow("tabs, runs of blanks, CRLF")
+        << QByteArray("  A\t 5 \t  1.5  \r\nB 6 2\r\n") << QList<int>{5, 6}
+        << QList<double>{1.5, 2};
+    QTest::newRow("short line: missing fields read 0")
+        << QByteArray("Fe 26 7.112\nX\n") << QList<int>{26, 0} << QList<double>{7.112, 0};
+    QTest::newRow("z that is no integer")
+        << QByteArray("A abc 1\nB 2.5 2\nC -3 3\n") << QList<int>{0, 0, -3}
+        << QList<double>{1, 2, 3};
+    QTest::newRow("clamped at 0")
+        << QByteArray("A 1 -1\nB 2 =\nC 3 nan\nD 4 inf\nE 5 1e400\nF 6 0x10\nG 7 1e-3\n")
+        << QList<int>{1, 2, 3, 4, 5, 6, 7} << QList<double>{0, 0, 0, 0, 0, 0, 0.001};
+    QTest::newRow("no final newline") << QByteArray("A 1 1\nB 2 2") << QList<int>{1, 2}
+                                      << QList<double>{1, 2};
+    // Fields: garbage, "7", garbage, "9": z 7, a K edge that reads 0.
+    QTest::newRow("binary garbage")
+        << QByteArray("\x00\x01\xff\xfe 7 \x80\x00 9", 12) << QList<int>{7} << QList<double>{0};
+
+    // Rows past the table's 100 are dropped, not written past its end.
+    QByteArray many;
+    QList<int> zs;
+    QList<double> ks;
+    for (int i = 0; i < 150; ++i) {
+        many += "E " + QByteArray::number(i) + ' ' + QByteArray::number(i + 1) + '\n';
+        if (i < ElmEdgesMax) {
+            zs << i;
+            ks << i + 1;
+        }
+    }
+    QTest::newRow("150 rows") << many << zs << ks;
+}
+
+void TestElmEdges::malformedTables()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QList<int>, zs);
+    QFETCH(QList<double>, kEdge);
+
+    QVERIFY(loadElmEdges(writeTable(content)));
+    QCOMPARE(elmEdgeRows, zs.size());
+    for (int i = 0; i < ElmEdgesMax; ++i) {
+        // Rows not read stay cleared, whatever the shipped table held there.
+        QCOMPARE(elmEdges[i].z, i < zs.size() ? zs[i] : 0);
+        QCOMPARE(elmEdges[i].edge[0], i < kEdge.size() ? kEdge[i] : 0.0);
+    }
+}
+
+// Fields numbered 1..21: symbol, z, then K energy, K wavelength, C1, D1 and so
+// on; the fifth edge has no wavelength. Wavelengths (4, 8, 12, 16) go nowhere.
+void TestElmEdges::columnLayout()
+{
+    QByteArray line = "S";
+    for (int i = 2; i <= 21; ++i)
+        line += ' ' + QByteArray::number(i);
+    QVERIFY(loadElmEdges(writeTable(line + '\n')));
+    QCOMPARE(elmEdgeRows, 1);
+    QCOMPARE(elmEdges[0].z, 2);
+    QCOMPARE(edgeOf(elmEdges[0]), (Five{3, 7, 11, 15, 19}));
+    QCOMPARE(cOf(elmEdges[0]), (Five{5, 9, 13, 17, 20}));
+    QCOMPARE(dOf(elmEdges[0]), (Five{6, 10, 14, 18, 21}));
+}
+
+QTEST_GUILESS_MAIN(TestElmEdges)
+#include "tst_elmedges.moc"
