@@ -1,0 +1,118 @@
+#include "spectrum/Spectrum.h"
+
+namespace {
+
+double lineThrough(double x0, double y0, double x1, double y1, double x)
+{
+    // Coincident energies have no slope: their mean stands for both.
+    if (x1 == x0)
+        return (y0 + y1) / 2;
+    return y0 + (x - x0) * (y1 - y0) / (x1 - x0);
+}
+
+} // namespace
+
+Spectrum::Spectrum()
+{
+    reset();
+}
+
+void Spectrum::reset()
+{
+    kind = 1;
+    points.clear();
+    smoothY.clear();
+    smoothValid = false;
+    xShiftOn = false;
+    xShift = 0.0;
+    tag = 0;
+    resetRange();
+}
+
+void Spectrum::resetRange()
+{
+    xMin = 1e300;
+    yMin = 1e300;
+    xMax = -1e300;
+    yMax = -1e300;
+    iYMin = -1879048193;
+    iYMax = 1879048193;
+}
+
+void Spectrum::addPoint(double x, double y)
+{
+    const int index = points.size();
+    points.append(QPointF(x, y));
+    if (x < xMin)
+        xMin = x;
+    if (x > xMax)
+        xMax = x;
+    if (y < yMin) {
+        yMin = y;
+        iYMin = index;
+    }
+    if (y > yMax) {
+        yMax = y;
+        iYMax = index;
+    }
+}
+
+int Spectrum::segmentFor(double x, int n) const
+{
+    if (x <= points[0].x())
+        return 0;
+    if (x >= points[n - 1].x())
+        return n - 2;
+    int lo = 0;
+    int hi = n - 1;
+    while (lo < hi - 1) {
+        const int mid = (lo + hi) / 2;
+        if (points[mid].x() > x)
+            hi = mid;
+        else
+            lo = mid;
+    }
+    return lo;
+}
+
+double Spectrum::interpolateY(double x) const
+{
+    const int n = points.size();
+    if (n < 1)
+        return 0.0;
+    if (n == 1)
+        return points[0].y();
+    const int i = segmentFor(x, n);
+    return lineThrough(points[i].x(), points[i].y(), points[i + 1].x(), points[i + 1].y(), x);
+}
+
+double Spectrum::interpolateSmoothY(double x) const
+{
+    // Points added after the last smooth() have no smoothed value yet; they
+    // stay out rather than be read past the end of smoothY.
+    const int n = qMin(points.size(), smoothY.size());
+    if (n < 1)
+        return 0.0;
+    if (n == 1)
+        return smoothY[0];
+    const int i = segmentFor(x, n);
+    return lineThrough(points[i].x(), smoothY[i], points[i + 1].x(), smoothY[i + 1], x);
+}
+
+void Spectrum::smooth(int halfWidth)
+{
+    // A negative width would leave an empty window; it averages nothing
+    // beyond the point itself.
+    const int w = qMax(halfWidth, 0);
+    const int n = points.size();
+    smoothY.resize(n);
+    for (int i = 0; i < n; ++i) {
+        const int from = qMax(i - w, 0);
+        const int to = qMin(i + w, n - 1);
+        double sum = 0.0;
+        for (int j = from; j <= to; ++j)
+            sum += points[j].y();
+        smoothY[i] = sum / (to - from + 1);
+    }
+    smoothValid = true;
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QPointF>
+#include <QVector>
+#include <QtGlobal>
+
+// A plain curve: ordered (x, y) points with their extremes, a smoothed copy
+// of y and linear interpolation. It is a value type with no virtual
+// functions; VictLine and XafsSpectrum derive from it and copy it freely.
+//
+// x is stored raw. When xShiftOn is set, every energy that the analyses read
+// from the curve is x - xShift (energyAt); extremes and interpolation stay in
+// raw x, so a caller that works in shifted energies adds activeShift() back
+// before it interpolates.
+class Spectrum
+{
+public:
+    Spectrum();
+
+    // Empties the curve and its smoothed copy and restores every field to its
+    // reset value, the shift included.
+    void reset();
+    // Restores only the extremes and their indices.
+    void resetRange();
+
+    void addPoint(double x, double y);
+
+    // Straight-line interpolation through the bracketing points, extrapolating
+    // along the end segments. No points: 0; one point: its y.
+    double interpolateY(double x) const;
+    // The same over smoothY at the same x. Only the points that have a
+    // smoothed value take part; none gives 0.
+    double interpolateSmoothY(double x) const;
+
+    // Moving average over i - halfWidth .. i + halfWidth, clipped at the ends
+    // of the list and divided by the true count there.
+    void smooth(int halfWidth);
+
+    // The shift that energies carry: xShift when xShiftOn, else 0.
+    double activeShift() const { return xShiftOn ? xShift : 0.0; }
+    // Energy of point i: raw x minus the active shift. i must be in range.
+    double energyAt(int i) const { return points[i].x() - activeShift(); }
+    int size() const { return points.size(); }
+
+    int kind = 1;
+    QVector<QPointF> points;
+    double xMin = 1e300;
+    double yMin = 1e300;
+    double xMax = -1e300;
+    double yMax = -1e300;
+    // The reset values of the indices are deliberately absurd, so that an
+    // index never set by addPoint cannot pass for a real one.
+    int iYMin = -1879048193;
+    int iYMax = 1879048193;
+    QVector<double> smoothY;
+    bool smoothValid = false;
+    bool xShiftOn = false;
+    double xShift = 0.0;
+    quint64 tag = 0;
+
+private:
+    // Index i0 of the segment (i0, i0 + 1) that serves x among the first n
+    // points, n >= 2: the first segment at or below the first x, the last at
+    // or above the last x, else the bisection's E[i0] <= x < E[i0 + 1].
+    int segmentFor(double x, int n) const;
+};

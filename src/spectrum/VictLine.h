@@ -1,0 +1,80 @@
+#pragma once
+
+#include "spectrum/Spectrum.h"
+
+#include <QPointF>
+#include <QVector>
+
+// One background line of an absorption spectrum, fitted by least squares over
+// an energy range [e1, e2] either as a straight line (type 1) or as a
+// Victoreen curve intercept + c3 lambda^3 + c4 lambda^4 (type 0).
+//
+// A straight line also carries a corrected form that replaces it beyond its
+// fit range (above e2 on the pre-edge side, below e1 on the post-edge side)
+// and bends it smoothly toward the other line, so that the two lines neither
+// kink at the edge nor cross. The rational form is the one in use; the cubic
+// and Bezier forms are selected only through correctedForm.
+//
+// The inherited point list is used only by the Bezier form, which stores its
+// samples there.
+class VictLine : public Spectrum
+{
+public:
+    VictLine();
+
+    // Fits over the energies of s in [e1, e2) (Victoreen for lineType 0,
+    // straight line otherwise), then measures the residual. Returns and
+    // stores in fitOk whether the fit succeeded. Too few points in s (fewer
+    // than 4 for Victoreen, 3 for a line) return false at once and leave
+    // every coefficient, rms and nFit as they were.
+    bool fit(const Spectrum &s, double e1, double e2, int lineType);
+
+    // The corrected form where it is in force, else the plain line.
+    double valueAt(double x) const;
+    // The plain fitted line, never corrected.
+    double lineValueAt(double x) const;
+
+    // Pre-edge side: called on the pre line with the post line as other.
+    void genCorrected(const VictLine &other);
+    // Post-edge side: called on the post line with the pre line as other.
+    void genCorrectedInPost(const VictLine &other);
+
+    bool fitOk = false;
+    int type = 1;
+    double intercept = 0.0;
+    double c3 = 0.0;
+    double c4 = 0.0;
+    double slope = 0.0; // a Victoreen fit leaves it untouched
+    double rms = 0.0;
+    int nFit = 0;
+    double e1 = 0.0;
+    double e2 = 0.0;
+    int correctedForm = 2; // 2 rational, 1 Bezier, anything else cubic
+    bool correctedOn = false;
+    bool correctedAbove = false;
+    // Cubic: p0 x^3 + p1 x^2 + p2 x + p3. Rational: p0 x + p1 is the asymptote.
+    double p0 = 0.0;
+    double p1 = 0.0;
+    double p2 = 0.0;
+    double p3 = 0.0;
+    QVector<QPointF> ctrlPts; // Bezier control points, four once generated
+    // Rational term rb / (x + ra).
+    double ra = 0.0;
+    double rb = 0.0;
+
+private:
+    bool fitVictoreen(const Spectrum &s);
+    bool fitStraight(const Spectrum &s);
+    void measureResidual(const Spectrum &s);
+
+    void genRationalPre(const VictLine &other);
+    void genRationalPost(const VictLine &other);
+    void genCubicPre(const VictLine &other);
+    void genCubicPost(const VictLine &other);
+    void genBezierPre(const VictLine &other);
+    void genBezierPost(const VictLine &other);
+    // Cubic through (a, va) with slope sa and (b, vb) with slope sb into
+    // p0..p3; false (logged) when the 4x4 system cannot be solved.
+    bool solveCubic(double a, double va, double sa, double b, double vb, double sb);
+    void sampleBezier();
+};
