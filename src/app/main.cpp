@@ -1,12 +1,71 @@
-// Placeholder entry point until the start-up sequence lands.
+// Process entry: globals, command line, configuration, the main window.
+#include "app/Body.h"
+#include "app/Globals.h"
+#include "app/StartupOptions.h"
+
 #include <QApplication>
-#include <QMainWindow>
+#include <QDebug>
+#include <QFileInfo>
+#include <QTranslator>
 
 int main(int argc, char **argv)
 {
-    QApplication app(argc, argv);
-    QMainWindow w;
-    w.setWindowTitle("Tessarelle");
-    w.show();
-    return app.exec();
+    // 1. Globals first: everything after reads them.
+    InitGlobals();
+
+    // 2. The command line goes into the table before any window exists.
+    const QStringList fileKeys{ StartupOptions::ConfigOption, StartupOptions::ConfigOption2 };
+    gConfig.parseArgs(argc, argv, false, QString(), fileKeys);
+
+    // 3.-4.
+    auto *app = new QApplication(argc, argv);
+    auto *translator = new QTranslator;
+    QApplication::setStyle(QStringLiteral("Fusion"));
+
+    // 5.-6. A configuration that cannot be read leaves every default in place.
+    const QString defaultConfig =
+        QFileInfo(QCoreApplication::applicationDirPath() + QStringLiteral("/config.cfg")).canonicalFilePath();
+    const QString configFile = StartupOptions::configFileName(gConfig, defaultConfig);
+    gConfig.load(configFile);
+
+    // 7.-9.
+    StartupOptions::applyRootsAndButton(gConfig);
+    qDebug().noquote() << "Config file : " + configFile;
+    qDebug().noquote() << "Data root : " + gDataRoot + ", batch root : " + gBatchRoot;
+
+    // 10.
+    const StartupOptions::Flags flags = StartupOptions::readFlags(gConfig);
+    if (flags.debug)
+        gDebugFlag = true;
+
+    // 11. Japanese is the default; -e keeps the interface in English.
+    if (!flags.english) {
+        if (translator->load(QStringLiteral(":Tessarelle_ja_JP"), QCoreApplication::applicationDirPath()))
+            QCoreApplication::installTranslator(translator);
+        else
+            qDebug().noquote() << "Can't load the translation :Tessarelle_ja_JP";
+    }
+
+    // 12.-14.
+    auto *body = new Body;
+    QObject::connect(body, &Body::finishing, app, &QApplication::closeAllWindows);
+    body->show();
+
+    // 15.-16. BATCH START: the -b file goes into the batch editor (a file
+    // that cannot be opened leaves the editor as it was), and -x executes the
+    // editor's text as its execute button would. Both calls belong here, once
+    // the batch window exists.
+    if (!flags.batchFile.isEmpty())
+        qDebug().noquote() << "Batch file on the command line : " + flags.batchFile;
+    if (flags.execBatch)
+        qDebug().noquote() << "Batch to be executed at start";
+
+    // 17.
+    const int rc = QApplication::exec();
+
+    // 18. The window goes first, then the translator and the application.
+    delete body;
+    delete translator;
+    delete app;
+    return rc;
 }

@@ -1,0 +1,75 @@
+#include "app/Body.h"
+
+#include "app/Globals.h"
+#include "ui_Body.h"
+
+#include <QDebug>
+
+namespace {
+const char *const BatchBanner = " =========== Batchs in Config ==============";
+}
+
+Body::Body(QWidget *parent)
+    : QMainWindow(parent)
+    , ui(new Ui::Body)
+    , selGroup(this)
+{
+    // Element tables are read here, before anything that suggests an edge.
+    registerMetaTypes();
+    setupForm();
+    setupSelectionGroup();
+    // Message-server settings and the suggested-element connections go here.
+
+    // Setup steps of the subsystems, in this order: batch, spectrum view,
+    // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
+    // DeGlitch/NormalizeEShift, ImgProc, SumUp, bad-pixel mask, Stats.
+    setupAnalyzer2();
+
+    // CheckVals, the BG file chooser and view, and the position memory go here.
+
+    feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
+    // The connection to the message server starts here, last.
+}
+
+Body::~Body() = default;
+
+void Body::registerMetaTypes()
+{
+    // Every type that crosses threads by queued signal is registered here
+    // under the name its signals are declared with, e.g.
+    //     qRegisterMetaType<XafsSpectrum>("XafsSpectrum");
+    // Each type is added as the code that defines it arrives.
+}
+
+void Body::setupForm()
+{
+    ui->setupUi(this);
+    setWindowTitle(QStringLiteral("Tessarelle"));
+    // The colour bar takes gColorBar here once it exists: frames render
+    // through it from then on.
+    ui->CBarAll->setText(QStringLiteral("Set All"));
+}
+
+void Body::setupSelectionGroup()
+{
+    selGroup.setObjectName(QStringLiteral("selGroup"));
+    selGroup.addButton(ui->ShowData, 0);
+    selGroup.addButton(ui->ShowI0, 1);
+    selGroup.addButton(ui->ShowShiftMap, 2);
+    selGroup.addButton(ui->ShowResAnalysis, 3);
+}
+
+void Body::setupAnalyzer2()
+{
+    ui->ShowAnalyzer2->setVisible(gShowAnalyzer2Button);
+}
+
+void Body::feedConfiguredBatch(const QStringList &cmdLines)
+{
+    qDebug().noquote() << BatchBanner;
+    for (const QString &line : cmdLines)
+        qDebug().noquote() << line;
+    qDebug().noquote() << BatchBanner;
+    // The lines go to the batch engine here; until it exists they are only
+    // logged.
+}

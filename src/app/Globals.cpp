@@ -1,0 +1,21 @@
+#include "app/Globals.h"
+
+ConfigTable gConfig;
+ConfigTable gAuxConfig;
+QString gDataRoot = DefaultRoot;
+QString gBatchRoot = DefaultRoot;
+bool gShowAnalyzer2Button = false;
+bool gDebugFlag = false;
+ColorBar *gColorBar = nullptr;
+
+void InitGlobals()
+{
+    gDataRoot = DefaultRoot;
+    gBatchRoot = DefaultRoot;
+    gShowAnalyzer2Button = false;
+    gDebugFlag = false;
+
+    // The static tables are built here, each by the code that owns it:
+    // -- graph-colour table (drawing areas) goes here --
+    // -- batch command table goes here --
+}
