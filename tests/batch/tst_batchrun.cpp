@@ -39,10 +39,6 @@ void TestBatchRun::scripts_data()
     QTest::newRow("loop and variables")
         << end << QStringList() << QStringList{":let a A", ":for i $i$ 1 3", ":echo $a$$i$", ":next i", "quit"} << 0
         << QStringList{"echo A1", "echo A2", "echo A3"} << QStringList{"echo A4"};
-    // 009, 010, 011: the padding follows the written start.
-    QTest::newRow("padded loop")
-        << end << QStringList() << QStringList{":for n # 009 011", ":echo f#", ":next n", "quit"} << 0
-        << QStringList{"echo f009", "echo f010", "echo f011"} << QStringList{"echo f012"};
     QTest::newRow("rem block")
         << end << QStringList()
         << QStringList{":rem_start", ":echo hidden", "set_band_w 1", "quit", ":rem_end", ":echo shown", "quit"} << 0
@@ -59,9 +55,6 @@ void TestBatchRun::scripts_data()
     QTest::newRow("DataRoot from configuration")
         << end << QStringList{"DataRoot /beam/data"} << QStringList{":echo $DataRoot$/run1", "quit"} << 0
         << QStringList{"echo /beam/data/run1"} << QStringList();
-    QTest::newRow("continued lines")
-        << end << QStringList() << QStringList{":echo \"a \\", "b\"", "quit"} << 0
-        << QStringList{"echo a b"} << QStringList();
     // The configured lines run first; their variables are seen by the script.
     QTest::newRow("configured lines first")
         << QStringList{":let c C", ":echo cfg", ":end"} << QStringList() << QStringList{":echo $c$", "quit"} << 0
