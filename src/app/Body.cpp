@@ -1,6 +1,8 @@
 #include "app/Body.h"
 
 #include "app/Globals.h"
+#include "batch/BatchCtrl.h"
+#include "batch/ExCmdId.h"
 #include "ui_Body.h"
 
 #include <QDebug>
@@ -23,6 +25,7 @@ Body::Body(QWidget *parent)
     // Setup steps of the subsystems, in this order: batch, spectrum view,
     // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
     // DeGlitch/NormalizeEShift, ImgProc, SumUp, bad-pixel mask, Stats.
+    setupBatch();
     setupAnalyzer2();
 
     // CheckVals, the BG file chooser and view, and the position memory go here.
@@ -31,7 +34,10 @@ Body::Body(QWidget *parent)
     // The connection to the message server starts here, last.
 }
 
-Body::~Body() = default;
+Body::~Body()
+{
+    teardownBatch();
+}
 
 void Body::registerMetaTypes()
 {
@@ -39,6 +45,8 @@ void Body::registerMetaTypes()
     // under the name its signals are declared with, e.g.
     //     qRegisterMetaType<XafsSpectrum>("XafsSpectrum");
     // Each type is added as the code that defines it arrives.
+    qRegisterMetaType<CmdLine>("CmdLine");
+    qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
 }
 
 void Body::setupForm()
@@ -70,6 +78,7 @@ void Body::feedConfiguredBatch(const QStringList &cmdLines)
     for (const QString &line : cmdLines)
         qDebug().noquote() << line;
     qDebug().noquote() << BatchBanner;
-    // The lines go to the batch engine here; until it exists they are only
-    // logged.
+    // Passed on even when empty and without ":end": the dispatcher then
+    // stands in its running state until a finish or Stop, as it always has.
+    batchCtrl->dispatchCmds(cmdLines);
 }

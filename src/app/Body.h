@@ -1,10 +1,16 @@
 #pragma once
 
+#include "batch/CmdLine.h"
+
 #include <QButtonGroup>
 #include <QMainWindow>
 #include <QStringList>
 
 #include <memory>
+
+class BatchCtrl;
+class BatchDispatcher;
+class QThread;
 
 namespace Ui {
 class Body;
@@ -22,12 +28,23 @@ public:
     explicit Body(QWidget *parent = nullptr);
     ~Body() override;
 
+    // Batch (src/batch/BodyBatch.cpp): the -b file goes into the batch
+    // editor (false, and the editor unchanged, when it can't be read); -x
+    // runs the editor's text as its execute button does.
+    bool loadBatchFile(const QString &fname);
+    void execBatch();
+
 signals:
     // Ends the program: main() connects it to QApplication::closeAllWindows.
     void finishing();
     // A batch command that takes time answers with its id when it is done.
     void finishBatchExec(int id);
     void currentPosition(int ix, int iy, int hw, int vw);
+
+public slots:
+    // Batch (src/batch/BodyBatch.cpp): carries out one external batch
+    // command and answers with finishBatchExec, at once or when the job ends.
+    void execCmdSlot(CmdLine cmd, bool inRem);
 
 private:
     // Construction, in the order the constructor calls them. The order
@@ -37,6 +54,7 @@ private:
     static void registerMetaTypes();
     void setupForm();
     void setupSelectionGroup();
+    void setupBatch();
     void setupAnalyzer2();
     void feedConfiguredBatch(const QStringList &cmdLines);
 
@@ -44,4 +62,11 @@ private:
     // What the image area shows: ShowData 0, ShowI0 1, ShowShiftMap 2,
     // ShowResAnalysis 3.
     QButtonGroup selGroup;
+
+    // Batch: the dispatcher lives on its own thread, which is quit and
+    // waited for when the window goes.
+    void teardownBatch();
+    QThread *batchThread = nullptr;
+    BatchDispatcher *batchDispatcher = nullptr;
+    BatchCtrl *batchCtrl = nullptr;
 };

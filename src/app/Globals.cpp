@@ -1,5 +1,7 @@
 #include "app/Globals.h"
 
+#include "batch/ExCmdId.h"
+
 ConfigTable gConfig;
 ConfigTable gAuxConfig;
 QString gDataRoot = DefaultRoot;
@@ -17,5 +19,5 @@ void InitGlobals()
 
     // The static tables are built here, each by the code that owns it:
     // -- graph-colour table (drawing areas) goes here --
-    // -- batch command table goes here --
+    initExCmdTable();
 }

@@ -51,14 +51,13 @@ int main(int argc, char **argv)
     QObject::connect(body, &Body::finishing, app, &QApplication::closeAllWindows);
     body->show();
 
-    // 15.-16. BATCH START: the -b file goes into the batch editor (a file
-    // that cannot be opened leaves the editor as it was), and -x executes the
-    // editor's text as its execute button would. Both calls belong here, once
-    // the batch window exists.
+    // 15.-16. The -b file goes into the batch editor (a file that cannot be
+    // opened leaves the editor as it was), and -x executes the editor's text
+    // as its execute button would.
     if (!flags.batchFile.isEmpty())
-        qDebug().noquote() << "Batch file on the command line : " + flags.batchFile;
+        body->loadBatchFile(flags.batchFile);
     if (flags.execBatch)
-        qDebug().noquote() << "Batch to be executed at start";
+        body->execBatch();
 
     // 17.
     const int rc = QApplication::exec();

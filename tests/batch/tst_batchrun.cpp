@@ -1,0 +1,114 @@
+#include "support/E2eRun.h"
+
+#include <QtTest>
+
+// Whole-program runs: a configuration and a batch file, started with
+// "-e -c config.cfg -b script.bat -x" offscreen; the interpreter is watched
+// through the debug stream ("echo ..." lines, "cmd ..." for commands that
+// have no action yet).
+class TestBatchRun : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void scripts_data();
+    void scripts();
+    void badBatchFile();
+};
+
+void TestBatchRun::initTestCase()
+{
+    const QString exe = E2eRun::executable();
+    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
+        QSKIP("TESSARELLE_EXE does not name the built program");
+}
+
+// Expected lines must appear in the debug stream in this order; absent ones
+// must not appear at all. exitCode -1: the program must still be running at
+// the time limit.
+void TestBatchRun::scripts_data()
+{
+    QTest::addColumn<QStringList>("configBatch");
+    QTest::addColumn<QStringList>("extraConfig");
+    QTest::addColumn<QStringList>("batch");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QStringList>("absent");
+
+    const QStringList end{":end"};
+    QTest::newRow("loop and variables")
+        << end << QStringList() << QStringList{":let a A", ":for i $i$ 1 3", ":echo $a$$i$", ":next i", "quit"} << 0
+        << QStringList{"echo A1", "echo A2", "echo A3"} << QStringList{"echo A4"};
+    QTest::newRow("rem block")
+        << end << QStringList()
+        << QStringList{":rem_start", ":echo hidden", "set_band_w 1", "quit", ":rem_end", ":echo shown", "quit"} << 0
+        << QStringList{"echo shown"} << QStringList{"echo hidden", "cmd set_band_w"};
+    QTest::newRow("unknown word skipped")
+        << end << QStringList() << QStringList{"frobnicate 1", ":bogus", ":echo after", "quit"} << 0
+        << QStringList{"echo after"} << QStringList{"cmd frobnicate", "cmd :bogus"};
+    QTest::newRow("word without action")
+        << end << QStringList() << QStringList{"analyzer_select_main_mode_sumUp 1 2", ":echo after", "quit"} << 0
+        << QStringList{"cmd analyzer_select_main_mode_sumUp", "echo after"} << QStringList();
+    QTest::newRow("command words any case")
+        << end << QStringList() << QStringList{":ECHO up", "QUIT", ":echo never"} << 0
+        << QStringList{"echo up"} << QStringList{"echo never"};
+    QTest::newRow("DataRoot from configuration")
+        << end << QStringList{"DataRoot /beam/data"} << QStringList{":echo $DataRoot$/run1", "quit"} << 0
+        << QStringList{"echo /beam/data/run1"} << QStringList();
+    // The configured lines run first; their variables are seen by the script.
+    QTest::newRow("configured lines first")
+        << QStringList{":let c C", ":echo cfg", ":end"} << QStringList() << QStringList{":echo $c$", "quit"} << 0
+        << QStringList{"echo cfg", "echo C"} << QStringList();
+    // Without ":end" the configured batch stays running: the script is only
+    // appended and waits for a finish that never comes.
+    QTest::newRow("configured lines without end")
+        << QStringList{":echo cfg"} << QStringList() << QStringList{":echo script", "quit"} << -1
+        << QStringList{"echo cfg", "dispacher :: do dispach cmds 4 true"} << QStringList{"echo script"};
+}
+
+void TestBatchRun::scripts()
+{
+    QFETCH(QStringList, configBatch);
+    QFETCH(QStringList, extraConfig);
+    QFETCH(QStringList, batch);
+    QFETCH(int, exitCode);
+    QFETCH(QStringList, expected);
+    QFETCH(QStringList, absent);
+
+    E2eRun run;
+    QVERIFY(run.isValid());
+    const E2eResult r = run.runBatch(configBatch, batch, exitCode < 0 ? 3000 : 30000, extraConfig);
+    QVERIFY(r.started);
+    QVERIFY2(!r.crashed, qPrintable(r.debug));
+    QCOMPARE(r.finished, exitCode >= 0);
+    if (exitCode >= 0)
+        QCOMPARE(r.exitCode, exitCode);
+
+    const QStringList lines = r.debug.split('\n');
+    qsizetype at = 0;
+    for (const QString &e : expected) {
+        while (at < lines.size() && lines.at(at).trimmed() != e)
+            ++at;
+        QVERIFY2(at < lines.size(), qPrintable(QStringLiteral("missing or out of order: %1\n%2").arg(e, r.debug)));
+        ++at;
+    }
+    for (const QString &a : absent)
+        QVERIFY2(!lines.contains(a), qPrintable(QStringLiteral("unexpected: %1\n%2").arg(a, r.debug)));
+}
+
+// A -b file that can't be read leaves the editor empty; -x then runs the
+// empty text, which is one empty line and ":end". The program starts,
+// dispatches that and keeps running.
+void TestBatchRun::badBatchFile()
+{
+    E2eRun run;
+    QVERIFY(run.isValid());
+    run.writeFile("config.cfg", "batch :end\n");
+    const E2eResult r = run.run({"-e", "-c", "config.cfg", "-b", "no/such/file.bat", "-x"}, 3000);
+    QVERIFY(r.started);
+    QVERIFY(!r.finished);
+    QVERIFY2(r.debug.contains("dispacher :: do dispach cmds 2 false"), qPrintable(r.debug));
+}
+
+QTEST_GUILESS_MAIN(TestBatchRun)
+#include "tst_batchrun.moc"
