@@ -18,7 +18,11 @@ static QString formatTiffMessage(const char *module, const char *fmt, va_list ap
         + QString::fromLocal8Bit(text);
 }
 
-#if TIFFLIB_VERSION >= 20221213 // 4.5.0: handlers per open file
+// Handlers and limits per open file came with libtiff 4.5; with them two
+// loader threads never share a handler.
+#if TIFFLIB_VERSION < 20221213
+#error "libtiff 4.5 or later is needed"
+#endif
 
 static int logTiffError(TIFF *, void *, const char *module, const char *fmt, va_list ap)
 {
@@ -40,29 +44,6 @@ TiffHandle::TiffHandle(const QString &fileName, const char *mode)
     m_tif = TIFFOpenExt(QFile::encodeName(fileName).constData(), mode, options);
     TIFFOpenOptionsFree(options);
 }
-
-#else // older libtiff: process-wide handlers, installed once
-
-static void logTiffError(const char *module, const char *fmt, va_list ap)
-{
-    qDebug().noquote() << formatTiffMessage(module, fmt, ap);
-}
-
-static bool installTiffHandlers()
-{
-    TIFFSetErrorHandler(logTiffError);
-    TIFFSetWarningHandler(nullptr);
-    return true;
-}
-
-TiffHandle::TiffHandle(const QString &fileName, const char *mode)
-{
-    static const bool installed = installTiffHandlers();
-    Q_UNUSED(installed);
-    m_tif = TIFFOpen(QFile::encodeName(fileName).constData(), mode);
-}
-
-#endif
 
 TiffHandle::~TiffHandle()
 {

@@ -57,7 +57,7 @@ bool writeTiff16(const QString &fileName, quint32 width, quint32 height, const q
     if (width == 0 || height == 0 || !pixels)
         return false;
     const bool withExif = exposureSeconds >= 0.0;
-    TiffHandle handle(fileName, withExif ? "w+" : "w");
+    TiffHandle handle(fileName, "w");
     if (!handle)
         return false;
     TIFF *tif = handle.get();
