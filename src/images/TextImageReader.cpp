@@ -1,0 +1,124 @@
+#include "images/FrameLoad.h"
+#include "images/FrameReaders.h"
+
+#include "app/LineItems.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QStringView>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cfloat>
+#include <climits>
+#include <cmath>
+
+namespace {
+
+// Truncates toward zero; values beyond int (and NaN) are pinned so that the
+// conversion is always defined.
+int truncatedInt(double v)
+{
+    if (std::isnan(v))
+        return 0;
+    return int(std::clamp(v, double(INT_MIN), double(INT_MAX)));
+}
+
+// The third blank-separated word of a pixel line times 500, clipped at 0
+// from below; 0 for a line of fewer words. Works on a view so that no pixel
+// costs an allocation.
+float pixelValue(QStringView line)
+{
+    const qsizetype n = line.size();
+    qsizetype i = 0;
+    int word = 0;
+    while (i < n) {
+        while (i < n && line.at(i).isSpace())
+            ++i;
+        if (i >= n)
+            break;
+        const qsizetype start = i;
+        while (i < n && !line.at(i).isSpace())
+            ++i;
+        if (++word == 3) {
+            const double v = line.mid(start, i - start).toDouble() * 500.0;
+            // negative values, and NaN, become 0
+            return v > 0.0 ? float(std::min(v, double(FLT_MAX))) : 0.0f;
+        }
+    }
+    return 0.0f;
+}
+
+} // namespace
+
+bool readTextImageFile(const QString &fileName, FrameLoad &load)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qDebug().noquote() << "Can not open" << fileName << "[" << file.errorString() << "]";
+        return false;
+    }
+    QTextStream in(&file);
+
+    // Header lines: "#", key, separator, value. The first line whose first
+    // item does not begin with '#' ends the header and is the first pixel.
+    int x0 = 0, x1 = 0, y0 = 0, y1 = 0;
+    QString line;
+    QString item, key, sep, value;
+    bool havePixelLine = false;
+    while (in.readLineInto(&line)) {
+        QString rest = splitFirstItem(line, &item);
+        if (!item.startsWith(QLatin1Char('#'))) {
+            havePixelLine = true;
+            break;
+        }
+        rest = splitFirstItem(rest, &key);
+        rest = splitFirstItem(rest, &sep);
+        splitFirstItem(rest, &value);
+        const int v = truncatedInt(value.toDouble());
+        if (key.compare(QLatin1String("RANGE_X0"), Qt::CaseInsensitive) == 0)
+            x0 = v;
+        else if (key.compare(QLatin1String("RANGE_X1"), Qt::CaseInsensitive) == 0)
+            x1 = v;
+        else if (key.compare(QLatin1String("RANGE_Y0"), Qt::CaseInsensitive) == 0)
+            y0 = v;
+        else if (key.compare(QLatin1String("RANGE_Y1"), Qt::CaseInsensitive) == 0)
+            y1 = v;
+    }
+
+    const qint64 width = qint64(x1) - x0;
+    const qint64 height = qint64(y1) - y0;
+    if (width < 1 || height < 1)
+        return false;
+    // Each pixel takes a line of at least one byte: a header that claims
+    // more pixels than that is refused before anything is allocated.
+    if (width * height > file.size() || width * height * qint64(sizeof(float)) > kMaxFrameBytes) {
+        qDebug().noquote() << "Text image larger than its file" << width << height << fileName;
+        return false;
+    }
+
+    load.begin(PixelF32, quint32(height));
+    double lo = DBL_MAX;
+    double hi = -DBL_MAX;
+    for (qint64 y = 0; y < height; ++y) {
+        float *row = static_cast<float *>(load.appendRow(std::size_t(width) * sizeof(float)));
+        if (!row)
+            return false;
+        for (qint64 x = 0; x < width; ++x) {
+            if (!havePixelLine && !in.readLineInto(&line)) {
+                qDebug().noquote() << "Text image ends before its last pixel" << fileName;
+                return false;
+            }
+            havePixelLine = false;
+            row[x] = pixelValue(line);
+        }
+        const auto [rowLo, rowHi] = std::minmax_element(row, row + width);
+        lo = std::min(lo, double(*rowLo));
+        hi = std::max(hi, double(*rowHi));
+    }
+    load.width = quint32(width);
+    load.height = quint32(height);
+    load.min = lo;
+    load.max = hi;
+    return true;
+}

@@ -1,0 +1,299 @@
+#include "images/TiffData.h"
+
+#include "images/FrameReaders.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QHash>
+#include <QImage>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+TiffData::~TiffData()
+{
+    delete image;
+    FrameLoad::freeRows(rows, pixelType);
+}
+
+bool TiffData::read(const QString &name, ErrPoints *errPs)
+{
+    if (errPs)
+        errPoints = errPs;
+
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        qDebug().noquote() << "Can not open (1)" << name;
+        return false;
+    }
+    const QByteArray head = file.read(15);
+    if (head.size() < 15) {
+        qDebug().noquote() << "Error on reading file (1)" << name;
+        return false;
+    }
+    file.close();
+
+    enum class Form { Tiff, Img, Text };
+    Form form;
+    if (head.startsWith("II") || head.startsWith("MM"))
+        form = Form::Tiff;
+    else if (head.startsWith("IM"))
+        form = Form::Img;
+    else if (head.startsWith("#MQRS-CTImg"))
+        form = Form::Text;
+    else
+        return false;
+
+    FrameLoad load;
+    load.width = width;
+    load.height = height;
+    load.xOffset = xOffset;
+    load.yOffset = yOffset;
+    load.scanlineBytes = scanlineBytes;
+    load.bytesPerPixel = bytesPerPixel;
+    load.exposureMs = exposureMs;
+    const bool ok = form == Form::Tiff ? readTiffFile(name, load)
+                  : form == Form::Img  ? readImgFile(name, load)
+                                       : readTextImageFile(name, load);
+    if (!ok)
+        return false;
+    takePixels(load);
+    fileName = name;
+
+    // Which flag decides differs by form, as it always has: a TIFF follows
+    // the program's mask, an .img its own; text images are never mended.
+    if (form == Form::Tiff && gErrPoints.inUse)
+        applyErrPoints();
+    else if (form == Form::Img && errPoints && errPoints->inUse)
+        applyErrPoints();
+    render();
+    return true;
+}
+
+void TiffData::takePixels(FrameLoad &load)
+{
+    FrameLoad::freeRows(rows, pixelType);
+    rows.swap(load.rows);
+    pixelType = load.pixelType;
+    load.pixelType = PixelNone;
+    width = load.width;
+    height = load.height;
+    xOffset = load.xOffset;
+    yOffset = load.yOffset;
+    scanlineBytes = load.scanlineBytes;
+    bytesPerPixel = load.bytesPerPixel;
+    exposureMs = load.exposureMs;
+    min = load.min;
+    max = load.max;
+}
+
+void TiffData::render()
+{
+    // Filled in by the colour-bar code; see the header.
+}
+
+double TiffData::framePixel(qint64 fx, qint64 fy) const
+{
+    if (!insideFrame(fx, fy))
+        return 0.0;
+    switch (pixelType) {
+    case PixelTiffU16:
+    case PixelU16:
+        return static_cast<const quint16 *>(rows[fy])[fx];
+    case PixelU32:
+        return static_cast<const quint32 *>(rows[fy])[fx];
+    case PixelF32:
+        return static_cast<const float *>(rows[fy])[fx];
+    default:
+        return 0.0;
+    }
+}
+
+// Truncation toward zero into T's range; NaN becomes 0. Out-of-range values
+// are pinned rather than wrapped so that the conversion is always defined.
+template <typename T>
+static T truncatedTo(double v)
+{
+    if (std::isnan(v))
+        return T(0);
+    const double lo = double(std::numeric_limits<T>::lowest());
+    const double hi = double(std::numeric_limits<T>::max());
+    return T(std::clamp(std::trunc(v), lo, hi));
+}
+
+void TiffData::setFramePixel(qint64 fx, qint64 fy, double v)
+{
+    if (!insideFrame(fx, fy))
+        return;
+    switch (pixelType) {
+    case PixelTiffU16:
+    case PixelU16:
+        static_cast<quint16 *>(rows[fy])[fx] = truncatedTo<quint16>(v);
+        break;
+    case PixelU32:
+        static_cast<quint32 *>(rows[fy])[fx] = truncatedTo<quint32>(v);
+        break;
+    case PixelF32:
+        static_cast<float *>(rows[fy])[fx] = std::isnan(v) ? float(v) : std::clamp(v, -double(FLT_MAX), double(FLT_MAX));
+        break;
+    default:
+        break;
+    }
+}
+
+void TiffData::setPixel(int x, int y, double v)
+{
+    setFramePixel(qint64(x) - shiftX, qint64(y) - shiftY, v);
+}
+
+template <typename T>
+static double sumIntegerRows(const QVector<void *> &rows, qint64 x0, qint64 y0, qint64 x1, qint64 y1)
+{
+    // Exact: even a whole frame of 32-bit maxima stays far below 2^64.
+    quint64 sum = 0;
+    for (qint64 y = y0; y <= y1; ++y) {
+        const T *row = static_cast<const T *>(rows[y]);
+        for (qint64 x = x0; x <= x1; ++x)
+            sum += row[x];
+    }
+    return double(sum);
+}
+
+static double sumFloatRows(const QVector<void *> &rows, qint64 x0, qint64 y0, qint64 x1, qint64 y1)
+{
+    // In double and in row order, so the result equals adding pixel() up.
+    double sum = 0.0;
+    for (qint64 y = y0; y <= y1; ++y) {
+        const float *row = static_cast<const float *>(rows[y]);
+        for (qint64 x = x0; x <= x1; ++x)
+            sum += row[x];
+    }
+    return sum;
+}
+
+double TiffData::frameRectSum(qint64 fx0, qint64 fy0, qint64 fx1, qint64 fy1) const
+{
+    if (pixelType == PixelNone || width == 0 || height == 0)
+        return 0.0;
+    fx0 = std::max<qint64>(fx0, 0);
+    fy0 = std::max<qint64>(fy0, 0);
+    fx1 = std::min<qint64>(fx1, qint64(width) - 1);
+    fy1 = std::min<qint64>(fy1, qint64(height) - 1);
+    if (fx0 > fx1 || fy0 > fy1)
+        return 0.0;
+    switch (pixelType) {
+    case PixelTiffU16:
+    case PixelU16:
+        return sumIntegerRows<quint16>(rows, fx0, fy0, fx1, fy1);
+    case PixelU32:
+        return sumIntegerRows<quint32>(rows, fx0, fy0, fx1, fy1);
+    case PixelF32:
+        return sumFloatRows(rows, fx0, fy0, fx1, fy1);
+    default:
+        return 0.0;
+    }
+}
+
+double TiffData::boxSum(int x, int y, int hw, int vw) const
+{
+    const qint64 h = std::abs(qint64(hw));
+    const qint64 v = std::abs(qint64(vw));
+    const qint64 fx = qint64(x) - shiftX;
+    const qint64 fy = qint64(y) - shiftY;
+    return frameRectSum(fx - h, fy - v, fx + h, fy + v);
+}
+
+static qint64 truncatedCoordinate(double v)
+{
+    if (std::isnan(v))
+        return 0;
+    return qint64(std::clamp(v, double(INT_MIN), double(INT_MAX)));
+}
+
+double TiffData::rectMean(const QRectF &r) const
+{
+    const qint64 x = truncatedCoordinate(r.x());
+    const qint64 y = truncatedCoordinate(r.y());
+    const qint64 w = truncatedCoordinate(r.width());
+    const qint64 h = truncatedCoordinate(r.height());
+    const double sum = frameRectSum(x - shiftX, y - shiftY, x + w - shiftX, y + h - shiftY);
+    // An empty rectangle (w or h of -1) divides by zero, as it always has.
+    return sum / (double(w + 1) * double(h + 1));
+}
+
+double TiffData::interpolatedBoxSum(const QVector<TiffData *> &frames, double e, int x, int y, int hw, int vw)
+{
+    const qsizetype n = frames.size();
+    if (n == 0)
+        return 1.0;
+    if (n == 1)
+        return frames.at(0)->boxSum(x, y, hw, vw);
+
+    qsizetype a;
+    qsizetype b;
+    if (e <= frames.at(0)->energy) {
+        a = 0;
+        b = 1;
+    } else if (e >= frames.at(n - 1)->energy) {
+        a = n - 2;
+        b = n - 1;
+    } else {
+        qsizetype lo = 0;
+        qsizetype hi = n - 1;
+        while (hi > lo + 1) {
+            const qsizetype mid = (lo + hi) / 2;
+            if (e >= frames.at(mid)->energy)
+                lo = mid;
+            else
+                hi = mid;
+        }
+        a = lo;
+        b = hi;
+    }
+    const double ea = frames.at(a)->energy;
+    const double eb = frames.at(b)->energy;
+    const double sa = frames.at(a)->boxSum(x, y, hw, vw);
+    const double sb = frames.at(b)->boxSum(x, y, hw, vw);
+    if (ea == eb)
+        return (sa + sb) / 2.0;
+    return sa + (e - ea) * (sb - sa) / (eb - ea);
+}
+
+void TiffData::applyErrPoints()
+{
+    if (!errPoints || pixelType == PixelNone)
+        return;
+    const QVector<QPoint> &points = errPoints->points;
+    // contains() is a linear search; a set keeps this linear in the points.
+    const QSet<QPoint> masked(points.cbegin(), points.cend());
+    const qint64 ox = xOffset;
+    const qint64 oy = yOffset;
+    for (const QPoint &p : points) {
+        const qint64 x = p.x() - ox;
+        const qint64 y = p.y() - oy;
+        if (!insideFrame(x, y))
+            continue; // the point lies on another part of the detector
+        double sum = 0.0;
+        int count = 0;
+        for (int dy = -1; dy <= 1; ++dy) {
+            for (int dx = -1; dx <= 1; ++dx) {
+                if (dx == 0 && dy == 0)
+                    continue;
+                // Intended: the neighbour below, (x, y+1), is tested for lying
+                // inside on row y-1. Frames have always been mended this way,
+                // so the bottom row takes a 0 from below, and the top row does
+                // not take its neighbour below.
+                const qint64 testY = (dx == 0 && dy == 1) ? y - 1 : y + dy;
+                if (!insideFrame(x + dx, testY))
+                    continue;
+                if (masked.contains(QPoint(int(p.x() + qint64(dx)), int(p.y() + qint64(dy)))))
+                    continue;
+                sum += framePixel(x + dx, y + dy); // 0 when truly outside
+                ++count;
+            }
+        }
+        setFramePixel(x, y, count > 0 ? sum / count : 0.0);
+    }
+}

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "images/ErrPoints.h"
+#include "images/FrameLoad.h"
+
+#include <QByteArray>
+#include <QRectF>
+#include <QString>
+#include <QVector>
+
+#include <cfloat>
+
+class ColorBar;
+class QImage;
+
+// One image of a stack: one detector exposure at one energy, read from one
+// file, in the file's own pixel type (see PixelType).
+//
+// Coordinates: callers address pixels in image coordinates (x, y); the
+// frame's own pixel is (x - shiftX, y - shiftY), so that alignment moves a
+// frame without touching its pixels. Outside the frame a pixel reads 0.
+//
+// A frame owns its rows, imageBytes and image, and is not copied: frames go
+// from the loader thread to the main thread by pointer.
+class TiffData
+{
+public:
+    TiffData() = default;
+    ~TiffData();
+    TiffData(const TiffData &) = delete;
+    TiffData &operator=(const TiffData &) = delete;
+
+    // Reads a TIFF, ".img" or "#MQRS-CTImg" text image; the form comes from
+    // the first 15 bytes, not from the extension. A non-null errPs replaces
+    // errPoints. On failure the pixels the frame had (none for a new frame)
+    // stay as they were.
+    bool read(const QString &fileName, ErrPoints *errPs = nullptr);
+
+    // Value at image coordinates; 0.0 outside the frame or without pixels.
+    // The inner loop of everything: bounds test and a switch only.
+    double pixel(int x, int y) const
+    {
+        const qint64 fx = qint64(x) - shiftX;
+        const qint64 fy = qint64(y) - shiftY;
+        if (fx < 0 || fy < 0 || fx >= qint64(width) || fy >= qint64(height))
+            return 0.0;
+        switch (pixelType) {
+        case PixelTiffU16:
+        case PixelU16:
+            return static_cast<const quint16 *>(rows[fy])[fx];
+        case PixelU32:
+            return static_cast<const quint32 *>(rows[fy])[fx];
+        case PixelF32:
+            return static_cast<const float *>(rows[fy])[fx];
+        default:
+            return 0.0;
+        }
+    }
+
+    // Writes a value at image coordinates, truncated toward zero to the pixel
+    // type (and pinned to its range); nothing happens outside the frame.
+    void setPixel(int x, int y, double v);
+
+    // Sum of pixel() over x-|hw|..x+|hw| and y-|vw|..y+|vw|, ends included;
+    // pixels outside the frame count 0.
+    double boxSum(int x, int y, int hw, int vw) const;
+
+    // Mean of pixel() over x from r.x to r.x+r.width and y from r.y to
+    // r.y+r.height, ends included, each of the four truncated to int first;
+    // the divisor is (w+1)*(h+1) even where the rectangle leaves the frame.
+    double rectMean(const QRectF &r) const;
+
+    // (Re)makes imageBytes and image from the pixels through colorBar.
+    // Hook for the colour-bar code: until it is filled in, a frame holds its
+    // pixels only and this does nothing. image must be a view on imageBytes
+    // (QImage over imageBytes.data()), so imageBytes is replaced only after
+    // image has been deleted.
+    void render();
+
+    // The box sum of a stack at energy e, interpolated linearly between the
+    // two frames around e, or extrapolated from the first or last two (never
+    // clamped). `frames` must be in energy order and hold no null pointer.
+    // An empty list gives 1.0; a single frame gives its own boxSum.
+    static double interpolatedBoxSum(const QVector<TiffData *> &frames, double e, int x, int y, int hw,
+                                     int vw);
+
+    // Replaces each masked pixel that lies in the frame by the mean of its
+    // good neighbours (see the .cpp for one intended irregularity). The
+    // readers call it; it is public for the tools that mend frames later.
+    void applyErrPoints();
+
+    int imgFormat = 24; // QImage::Format of the rendering: 24 Grayscale8, 13 RGB888
+    QString fileName;
+    int bytesPerPixel = 2; // set by the .img reader only; 4 selects 32-bit pixels
+    quint32 width = 0;
+    quint32 height = 0;
+    quint32 xOffset = 0; // detector position of the frame's first pixel
+    quint32 yOffset = 0;
+    ErrPoints *errPoints = &gErrPoints;
+    quint32 scanlineBytes = 0; // TIFF only
+    double min = DBL_MAX;      // smallest and largest value in the file
+    double max = -DBL_MAX;
+    QVector<void *> rows; // one allocation per row, by the allocator of pixelType
+    double energy = 0.0;  // eV, given after loading
+    ColorBar *colorBar = nullptr;
+    QByteArray imageBytes; // the rendered pixels
+    QImage *image = nullptr;
+    double exposureMs = 100.0;
+    int shiftX = 0;
+    int shiftY = 0;
+    int pixelType = PixelNone;
+
+private:
+    // Sum over the frame's own pixels fx0..fx1, fy0..fy1 (ends included),
+    // clipped to the frame once; row by row in the pixel type.
+    double frameRectSum(qint64 fx0, qint64 fy0, qint64 fx1, qint64 fy1) const;
+    bool insideFrame(qint64 fx, qint64 fy) const
+    {
+        return fx >= 0 && fy >= 0 && fx < qint64(width) && fy < qint64(height);
+    }
+    double framePixel(qint64 fx, qint64 fy) const;
+    void setFramePixel(qint64 fx, qint64 fy, double v);
+    void takePixels(FrameLoad &load);
+};
