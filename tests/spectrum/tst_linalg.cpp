@@ -79,8 +79,6 @@ private slots:
     void invert();
     void products_data();
     void products();
-    void nanChecks_data();
-    void nanChecks();
     void prints();
     void quadSurfRecovers_data();
     void quadSurfRecovers();
@@ -312,25 +310,6 @@ void TestLinAlg::products()
     Values y(n);
     ::matVec(n, ma.rows(), v.data(), y.data());
     QCOMPARE(y, av);
-}
-
-void TestLinAlg::nanChecks_data()
-{
-    QTest::addColumn<Values>("a");
-    QTest::addColumn<bool>("hasNaN");
-    QTest::newRow("clean") << Values{1, 2, 3, 4} << false;
-    QTest::newRow("infinity is not NaN") << Values{1, qInf(), 3, 4} << false;
-    QTest::newRow("NaN first") << Values{kNaN, 2, 3, 4} << true;
-    QTest::newRow("NaN last") << Values{1, 2, 3, kNaN} << true;
-}
-
-void TestLinAlg::nanChecks()
-{
-    QFETCH(Values, a);
-    QFETCH(bool, hasNaN);
-    Mat m(2, a);
-    QCOMPARE(::matHasNaN(2, m.rows()), hasNaN);
-    QCOMPARE(::vecHasNaN(4, a.data()), hasNaN);
 }
 
 void TestLinAlg::prints()

@@ -184,7 +184,9 @@ void TestVictLine::victoreenFit()
     VictLine few;
     few.intercept = 9;
     few.rms = 4;
+    few.fitOk = true;
     QVERIFY(!few.fit(curveOf({{2000, 1}, {3000, 1}, {4000, 1}}), 0, 5000, 0));
+    QVERIFY(!few.fitOk);
     QCOMPARE(few.intercept, 9.0);
     QCOMPARE(few.rms, 4.0);
     VictLine fewLine;
