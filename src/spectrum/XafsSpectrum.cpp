@@ -20,6 +20,8 @@ constexpr qint64 kMaxLineBytes = 4096;
 // Real spectra have hundreds to a few thousand points. A file that claims
 // more is not a spectrum, and refusing it keeps memory bounded.
 constexpr int kMaxPoints = 1000000;
+// Larger files are not spectra (a million points of text stay far below).
+constexpr qint64 kMaxFileBytes = qint64(256) << 20;
 // A search whose range is absurdly wide for its step would run for hours;
 // a pass stops after this many candidates. Forms give ranges of a few
 // hundred steps at most.
@@ -33,11 +35,11 @@ bool readBoundedLine(QFile &file, QByteArray &line)
     if (got <= 0)
         return false;
     line = QByteArray(buf, int(got));
-    if (line.endsWith('\n'))
-        return true;
     // Cut line: drop the rest up to and including its line break.
-    char c;
-    while (file.getChar(&c) && c != '\n') {
+    for (qint64 n = got; buf[n - 1] != '\n';) {
+        n = file.readLine(buf, sizeof buf);
+        if (n <= 0)
+            break;
     }
     return true;
 }
@@ -118,9 +120,11 @@ bool XafsSpectrum::read(const QString &fileName)
 {
     qDebug().noquote() << "loading in xafs spectrum" << fileName;
     QFile file(fileName);
-    // Devices and pipes never end; only regular files are spectrum files.
+    // Devices and pipes may never end; only regular files of a sane size
+    // are read. Anything else fails in the reader like an unopenable file.
+    const QFileInfo info(fileName);
     QByteArray firstLine;
-    if (QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly)) {
+    if (info.isFile() && info.size() <= kMaxFileBytes && file.open(QIODevice::ReadOnly)) {
         readBoundedLine(file, firstLine);
         file.seek(0);
     }
