@@ -54,14 +54,18 @@ public:
     double findMidx(double ratio) const;
 
     // Normalised inner product of doubleNormPre, moved by dE, with that of
-    // standard over their overlap; 0 without overlap.
+    // standard over their overlap; 0 without overlap. The overlap is judged
+    // on raw x; standard's curve is read at its own shifted energies.
     double innerProduct(double dE, const XafsSpectrum &standard) const;
     // The shift against standard with the largest inner product, scanned in
-    // passes of shrinking step around midx - standard.midx.
+    // passes of shrinking step around midx - standard.midx. 0 when step is
+    // below minStep. Ends on any input: a step that no longer advances stops
+    // the pass, and so does an absurd number of candidates.
     double searchDE(const XafsSpectrum &standard, double range, double step,
                     double minStep) const;
 
-    // Replaces bytes with the written form of the spectrum.
+    // Replaces bytes with the written form of the spectrum: a header, then
+    // per point energy (less eOffset when asked), doubleNormPre, y, pre, post.
     void writeTo(QByteArray &bytes, bool subtractOffset) const;
     // Writes the same into a file; an unopenable file is silently skipped.
     void save(const QString &fileName, bool subtractOffset) const;

@@ -283,7 +283,13 @@ void TestXafsSpectrum::analyzeFewPoints()
     if (use && (s.midxOutOfRange || s.midxNoisy))
         QCOMPARE(s.midx, 8981.0);
     const XafsSpectrum copy = s;
-    s.searchDE(copy, 1, 0.5, 0.01); // must end, whatever it finds
+    // The searches must end, whatever they find: a minimum step of 0 lets
+    // the step shrink to nothing, a zero step never advances, a vast range
+    // has more candidates than any form would ask for.
+    s.searchDE(copy, 1, 0.5, 0.01);
+    s.searchDE(copy, 1, 0.5, 0);
+    s.searchDE(copy, 1, 0, 0);
+    s.searchDE(copy, 1e300, 1, 0.5);
     s.innerProduct(0.3, copy);
 }
 
