@@ -27,7 +27,7 @@ constexpr qint64 kMaxFileBytes = qint64(256) << 20;
 // hundred steps at most.
 constexpr long kMaxCandidatesPerPass = 100000;
 
-// Reads the next line (without its line break) into line; false at the end.
+// Reads the next line, line break included, into line; false at the end.
 bool readBoundedLine(QFile &file, QByteArray &line)
 {
     char buf[kMaxLineBytes + 1];
