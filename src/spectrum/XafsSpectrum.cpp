@@ -1,0 +1,463 @@
+#include "spectrum/XafsSpectrum.h"
+
+#include "spectrum/PhysConst.h"
+
+#include <QByteArray>
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QList>
+#include <QTextStream>
+
+#include <cmath>
+
+namespace {
+
+// Spectrum files hold short lines of a few numbers. Longer lines are cut here
+// so that a binary file without line breaks cannot be pulled into memory at
+// once; what is cut off is skipped.
+constexpr qint64 kMaxLineBytes = 4096;
+// Real spectra have hundreds to a few thousand points. A file that claims
+// more is not a spectrum, and refusing it keeps memory bounded.
+constexpr int kMaxPoints = 1000000;
+// Larger files are not spectra (a million points of text stay far below).
+constexpr qint64 kMaxFileBytes = qint64(256) << 20;
+// A search whose range is absurdly wide for its step would run for hours;
+// a pass stops after this many candidates. Forms give ranges of a few
+// hundred steps at most.
+constexpr long kMaxCandidatesPerPass = 100000;
+
+// Reads the next line, line break included, into line; false at the end.
+bool readBoundedLine(QFile &file, QByteArray &line)
+{
+    char buf[kMaxLineBytes + 1];
+    const qint64 got = file.readLine(buf, sizeof buf);
+    if (got <= 0)
+        return false;
+    line = QByteArray(buf, int(got));
+    // Cut line: drop the rest up to and including its line break.
+    for (qint64 n = got; buf[n - 1] != '\n';) {
+        n = file.readLine(buf, sizeof buf);
+        if (n <= 0)
+            break;
+    }
+    return true;
+}
+
+// The blank-separated fields of a line after trimming and collapsing white
+// space; an empty line has none.
+QList<QByteArray> fieldsOf(const QByteArray &line)
+{
+    const QByteArray s = line.simplified();
+    if (s.isEmpty())
+        return {};
+    return s.split(' ');
+}
+
+// Numbers that do not parse read as 0.
+double number(const QByteArray &field)
+{
+    bool ok = false;
+    const double v = field.toDouble(&ok);
+    return ok ? v : 0.0;
+}
+
+void emptyCurve(Spectrum &s)
+{
+    s.points.clear();
+    s.smoothY.clear();
+    s.smoothValid = false;
+    s.resetRange();
+}
+
+} // namespace
+
+XafsSpectrum::XafsSpectrum() = default;
+
+XafsSpectrum::XafsSpectrum(const Spectrum &source, const QString &nm, int lt, double offset,
+                           const SuggestElm &elm)
+    : Spectrum(source)
+    , name(nm)
+    , sElm(elm)
+    , lineType(lt)
+    , eOffset(offset)
+{
+    deriveRelRanges();
+    analyze(lineType);
+}
+
+void XafsSpectrum::deriveRelRanges()
+{
+    preEndRel = sElm.use ? sElm.preEnd : -10;
+    postStartRel = sElm.use ? sElm.postStart : 10;
+}
+
+void XafsSpectrum::setup(const QString &nm, const SuggestElm &elm)
+{
+    name = nm;
+    sElm = elm;
+    isMuteFormat = true;
+    lineType = 1;
+    preStartRel = -1000;
+    postEndRel = 1000;
+    deriveRelRanges();
+    eOffset = 0;
+    midxOutOfRange = false;
+    midxNoisy = false;
+    midx = 0;
+    dMut = 0;
+}
+
+bool XafsSpectrum::load(const QString &fileName)
+{
+    if (!read(fileName))
+        return false;
+    analyze(lineType);
+    return true;
+}
+
+bool XafsSpectrum::read(const QString &fileName)
+{
+    qDebug().noquote() << "loading in xafs spectrum" << fileName;
+    QFile file(fileName);
+    // Devices and pipes may never end; only regular files of a sane size
+    // are read. Anything else fails in the reader like an unopenable file.
+    const QFileInfo info(fileName);
+    QByteArray firstLine;
+    if (info.isFile() && info.size() <= kMaxFileBytes && file.open(QIODevice::ReadOnly)) {
+        readBoundedLine(file, firstLine);
+        file.seek(0);
+    }
+    if (firstLine.simplified().startsWith("9809")) {
+        qDebug().noquote() << "9809";
+        isMuteFormat = false;
+        return read9809(file);
+    }
+    qDebug().noquote() << "mute";
+    isMuteFormat = true;
+    return readColumns(file);
+}
+
+bool XafsSpectrum::readColumns(QFile &file)
+{
+    emptyCurve(*this);
+    if (!file.isOpen())
+        return false;
+    QByteArray line;
+    while (readBoundedLine(file, line)) {
+        const QList<QByteArray> f = fieldsOf(line);
+        if (f.size() < 2 || f[0].startsWith('#'))
+            continue;
+        if (points.size() >= kMaxPoints) {
+            qDebug().noquote() << "too many points in" << file.fileName();
+            emptyCurve(*this);
+            return false;
+        }
+        addPoint(number(f[0]), number(f[1]));
+    }
+    return !points.isEmpty();
+}
+
+bool XafsSpectrum::read9809(QFile &file)
+{
+    emptyCurve(*this);
+    emptyCurve(i0Curve);
+    emptyCurve(i1Curve);
+    if (!file.isOpen())
+        return false;
+    // Lattice spacing of the monochromator crystal in angstrom, unless the
+    // header names another.
+    double d = 3.13553;
+    bool inHeader = true;
+    QByteArray line;
+    while (readBoundedLine(file, line)) {
+        const QList<QByteArray> f = fieldsOf(line);
+        if (inHeader) {
+            for (int k = 0; k + 1 < f.size(); ++k) {
+                if (f[k] == "D=")
+                    d = number(f[k + 1]);
+            }
+            if (!f.isEmpty() && f[0] == "Offset")
+                inHeader = false;
+            continue;
+        }
+        if (f.size() < 5)
+            continue;
+        if (points.size() >= kMaxPoints) {
+            qDebug().noquote() << "too many points in" << file.fileName();
+            emptyCurve(*this);
+            emptyCurve(i0Curve);
+            emptyCurve(i1Curve);
+            return false;
+        }
+        const double theta = number(f[1]) * 3.1415926535 / 180.0;
+        const double a = number(f[3]);
+        const double b = number(f[4]);
+        const double e = kHcEVAngstrom / (2 * d * std::sin(theta));
+        // A dead or negative channel gives a flat 1 rather than a NaN.
+        const double y = a * b > 0 ? std::log(a / b) : 1.0;
+        addPoint(e, y);
+        i0Curve.addPoint(e, a);
+        i1Curve.addPoint(e, b);
+    }
+    return true;
+}
+
+void XafsSpectrum::analyze(int lt)
+{
+    const int n = points.size();
+    if (n < 1)
+        return;
+    smooth(2);
+
+    // Window of the rough edge search: everything, or the points between the
+    // suggested pre-edge end and post-edge start (compared in raw x).
+    int start = 0;
+    int end = n - 1;
+    if (sElm.use) {
+        const double shift = activeShift();
+        const double from = sElm.edgeEV + sElm.preEnd + shift;
+        const double to = sElm.edgeEV + sElm.postStart + shift;
+        start = n - 1;
+        end = n - 1;
+        bool haveStart = false;
+        bool haveEnd = false;
+        for (int i = 0; i + 1 < n && !(haveStart && haveEnd); ++i) {
+            const double m = (points[i].x() + points[i + 1].x()) / 2;
+            if (!haveStart && m > from) {
+                start = i;
+                haveStart = true;
+            }
+            if (!haveEnd && m > to) {
+                end = i;
+                haveEnd = true;
+            }
+        }
+    }
+
+    // Rough edge: the steepest rise of the smoothed curve, first of equals.
+    int best = 0;
+    double rise = 0.0;
+    for (int i = start; i < end; ++i) {
+        const double r = smoothY[i + 1] - smoothY[i];
+        if (r > rise) {
+            rise = r;
+            best = i;
+        }
+    }
+
+    fitLines(energyAt(best), lt);
+    midRatio = 0.5;
+    midx = findMidx(0.5);
+    dMut = post.valueAt(midx) - pre.valueAt(midx);
+    fillNormalised();
+
+    midxOutOfRange = false;
+    midxNoisy = false;
+    if (!sElm.use)
+        return;
+    midxOutOfRange = midx > sElm.edgeEV + sElm.postStart || midx < sElm.edgeEV + sElm.preEnd;
+    midxNoisy = dMut < sElm.thJumpSigma * pre.rms && dMut < sElm.thJumpSigma * post.rms;
+    // A failed point reports the suggested edge with no jump; the curves keep
+    // what was computed, so that they can still be looked at.
+    if (midxOutOfRange || midxNoisy) {
+        midx = sElm.edgeEV;
+        dMut = 0;
+    }
+}
+
+void XafsSpectrum::fillNormalised()
+{
+    Spectrum *curves[] = {&normPost, &doubleNormPost, &normPostPlus1, &doubleNormPre};
+    const int n = points.size();
+    for (Spectrum *c : curves) {
+        // reset() keeps the capacity of the lists, so a spectrum analysed
+        // again refills them without allocating.
+        c->reset();
+        c->points.reserve(n);
+    }
+    // No guard on purpose: a zero jump or touching lines give inf or NaN,
+    // and the later analyses see them as they are.
+    for (int i = 0; i < n; ++i) {
+        const double x = points[i].x();
+        const double y = points[i].y();
+        const double e = energyAt(i);
+        const double vPre = pre.valueAt(e);
+        const double vPost = post.valueAt(e);
+        const double gap = vPost - vPre;
+        normPost.addPoint(x, (y - vPost) / dMut);
+        doubleNormPost.addPoint(x, (y - vPost) / gap);
+        normPostPlus1.addPoint(x, (y - vPost) / dMut + 1);
+        doubleNormPre.addPoint(x, (y - vPre) / gap);
+    }
+}
+
+bool XafsSpectrum::fitLines(double x, int lt)
+{
+    const int n = points.size();
+    const double first = n > 0 ? energyAt(0) : 0.0;
+    const double last = n > 0 ? energyAt(n - 1) : 0.0;
+    const bool okPre = pre.fit(*this, first, preEndRel + x, lt);
+    const bool okPost = post.fit(*this, postStartRel + x, last, lt);
+    // When a spectrum is analysed again, the corrected forms of the previous
+    // analysis are still on here and take part in the gap; that is how
+    // re-analysis has always behaved.
+    const double gap = post.valueAt(x) - pre.valueAt(x);
+    if (gap < 0) {
+        // Intended: an inverted jump is widened, not repaired. Each line moves
+        // by 0.55 of the gap away from the other, so the new gap is 2.1 times
+        // the old one and stays negative; later code tells such points by it.
+        pre.intercept += -0.55 * gap;
+        post.intercept += 0.55 * gap;
+    }
+    pre.genCorrected(post);
+    post.genCorrectedInPost(pre);
+    return okPre && okPost;
+}
+
+double XafsSpectrum::findMidx(double ratio) const
+{
+    const int n = points.size();
+    const double shift = activeShift();
+    auto smoothAt = [this, shift](double e) { return interpolateSmoothY(e + shift); };
+
+    // The point where the smoothed curve passes the level between the lines
+    // with the strongest rise over its two neighbours.
+    double bestRise = 0.0;
+    int best = 0;
+    if (n >= 3) {
+        double sPrev = smoothAt(energyAt(0));
+        double sHere = smoothAt(energyAt(1));
+        for (int i = 1; i <= n - 2; ++i) {
+            const double sNext = smoothAt(energyAt(i + 1));
+            const double e = energyAt(i);
+            const double level = post.valueAt(e) * ratio + pre.valueAt(e) * (1 - ratio);
+            if (level > sPrev && sNext > level) {
+                const double r = sNext - sPrev;
+                if (r > bestRise) {
+                    bestRise = r;
+                    best = i;
+                }
+            }
+            sPrev = sHere;
+            sHere = sNext;
+        }
+    }
+
+    auto energyOr0 = [this, n](int i) { return i >= 0 && i < n ? energyAt(i) : 0.0; };
+    // Always at half height, whatever ratio picked the point.
+    auto diff = [this, &smoothAt](double e) {
+        return 0.5 * (pre.valueAt(e) + post.valueAt(e)) - smoothAt(e);
+    };
+    const double a = energyOr0(best - 1);
+    const double b = energyOr0(best);
+    const double c = energyOr0(best + 1);
+    const double da = diff(a);
+    const double db = diff(b);
+    const double dc = diff(c);
+    const double m1 = a + da * (b - a) / (da - db);
+    // Intended: the second estimate starts at a, not at b. The mean of the
+    // three has always been taken so and results depend on it.
+    const double m2 = a + db * (c - b) / (db - dc);
+    const double m3 = a + da * (c - a) / (da - dc);
+    return (m1 + m2 + m3) / 3.0;
+}
+
+double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard) const
+{
+    const int n = points.size();
+    const int nNorm = doubleNormPre.points.size();
+    const double stdShift = standard.activeShift();
+    double sumYS = 0.0;
+    double sumSS = 0.0;
+    double sumYY = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const double e = points[i].x() - dE;
+        if (!(standard.xMin <= e && e <= standard.xMax))
+            continue;
+        const double y = i < nNorm ? doubleNormPre.points[i].y() : 0.0;
+        const double s = standard.doubleNormPre.interpolateY(e + stdShift);
+        sumYS += y * s;
+        sumSS += s * s;
+        sumYY += y * y;
+    }
+    if (!(sumYY > 0 && sumSS > 0))
+        return 0.0;
+    return sumYS / std::sqrt(sumSS * sumYY);
+}
+
+double XafsSpectrum::searchDE(const XafsSpectrum &standard, double range, double step,
+                              double minStep) const
+{
+    if (step < minStep)
+        return 0.0;
+    // Intended: every pass scans around this same centre, never around the
+    // best point of the pass before; the best value of all passes wins.
+    const double centre = midx - standard.midx;
+    double best = -1e300;
+    double bestDE = 0.0;
+    while (step >= minStep) {
+        if (range >= 0 && std::isfinite(range)) {
+            long candidates = 0;
+            double d = -range;
+            while (d <= range) {
+                const double c = innerProduct(centre + d, standard);
+                if (c > best) {
+                    best = c;
+                    bestDE = centre + d;
+                }
+                const double next = d + step;
+                // A step too small to move d, or an absurd candidate count,
+                // would never end.
+                if (!(next > d) || ++candidates >= kMaxCandidatesPerPass)
+                    break;
+                d = next;
+            }
+        }
+        // With minStep <= 0 the step shrinks to 0 and would satisfy the loop
+        // forever.
+        if (!(step > 0))
+            break;
+        range *= 0.1;
+        step *= 0.1;
+    }
+    return bestDE;
+}
+
+void XafsSpectrum::writeText(QTextStream &out, bool subtractOffset) const
+{
+    out << "###Tessarelle::XafsSpectrum\n";
+    out << "# midx    : " << midx << "\n";
+    out << "# dMut    : " << dMut << "\n";
+    out << "# pre   vic : " << pre.intercept << " " << pre.slope << " " << pre.c3 << " " << pre.c4
+        << "\n";
+    out << "# poste vic : " << post.intercept << " " << post.slope << " " << post.c3 << " "
+        << post.c4 << "\n";
+    out << "#\n";
+    out << "# x  double-normalized-pre-base y pre post\n";
+    const int n = points.size();
+    const int nNorm = doubleNormPre.points.size();
+    for (int i = 0; i < n; ++i) {
+        const double e = energyAt(i);
+        const double x = subtractOffset ? e - eOffset : e;
+        const double norm = i < nNorm ? doubleNormPre.points[i].y() : 0.0;
+        out << x << '\t' << norm << '\t' << points[i].y() << '\t' << pre.valueAt(e) << '\t'
+            << post.valueAt(e) << '\n';
+    }
+}
+
+void XafsSpectrum::writeTo(QByteArray &bytes, bool subtractOffset) const
+{
+    bytes.clear();
+    QTextStream out(&bytes, QIODevice::WriteOnly);
+    writeText(out, subtractOffset);
+}
+
+void XafsSpectrum::save(const QString &fileName, bool subtractOffset) const
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        return;
+    QTextStream out(&file);
+    writeText(out, subtractOffset);
+}
