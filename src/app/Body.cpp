@@ -3,6 +3,8 @@
 #include "app/Globals.h"
 #include "batch/BatchCtrl.h"
 #include "batch/ExCmdId.h"
+#include "spectrum/ElmEdges.h"
+#include "spectrum/XafsSpectrum.h"
 #include "ui_Body.h"
 
 #include <QDebug>
@@ -16,11 +18,13 @@ Body::Body(QWidget *parent)
     , ui(new Ui::Body)
     , selGroup(this)
 {
-    // Element tables are read here, before anything that suggests an edge.
+    // Element tables are read first, before anything can suggest an edge.
+    loadElmEdges();
     registerMetaTypes();
     setupForm();
     setupSelectionGroup();
-    // Message-server settings and the suggested-element connections go here.
+    // Message-server settings go here, before the suggested-element wiring.
+    setupSuggestElm();
 
     // Setup steps of the subsystems, in this order: batch, spectrum view,
     // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
@@ -45,6 +49,8 @@ void Body::registerMetaTypes()
     // under the name its signals are declared with, e.g.
     //     qRegisterMetaType<XafsSpectrum>("XafsSpectrum");
     // Each type is added as the code that defines it arrives.
+    qRegisterMetaType<XafsSpectrum>("XafsSpectrum");
+    qRegisterMetaType<SuggestElm>("SuggestElm");
     qRegisterMetaType<CmdLine>("CmdLine");
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
 }

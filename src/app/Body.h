@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/CmdLine.h"
+#include "spectrum/SuggestElm.h"
 
 #include <QButtonGroup>
 #include <QMainWindow>
@@ -34,6 +35,11 @@ public:
     bool loadBatchFile(const QString &fname);
     void execBatch();
 
+    // Suggested element (src/spectrum/BodySpectrum.cpp): the element, edge
+    // and fit window that every spectrum analysis is handed, read from the
+    // panel's fields at the moment of the call.
+    SuggestElm suggestElm() const;
+
 signals:
     // Ends the program: main() connects it to QApplication::closeAllWindows.
     void finishing();
@@ -46,6 +52,11 @@ public slots:
     // command and answers with finishBatchExec, at once or when the job ends.
     void execCmdSlot(CmdLine cmd, bool inRem);
 
+    // Suggested element: fill the edge-energy field from the edge table for
+    // the element and edge named in the panel.
+    void newEdgeSuggested(int edge);
+    void newElmSuggested();
+
 private:
     // Construction, in the order the constructor calls them. The order
     // matters: the form must exist before any step connects to it, and the
@@ -54,6 +65,7 @@ private:
     static void registerMetaTypes();
     void setupForm();
     void setupSelectionGroup();
+    void setupSuggestElm();
     void setupBatch();
     void setupAnalyzer2();
     void feedConfiguredBatch(const QStringList &cmdLines);

@@ -5,6 +5,7 @@
 #include "app/Globals.h"
 #include "batch/BatchCtrl.h"
 #include "batch/BatchDispatcher.h"
+#include "batch/CmdArgs.h"
 #include "batch/ExCmdId.h"
 #include "ui_Body.h"
 
@@ -61,6 +62,28 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
     // command that finishes at once ends with `break`, so that the finish
     // below is sent; a long job returns, and the code that ends the job sends
     // finishBatchExec with the command's id.
+
+    case SUGGEST_ELM:
+        ui->UseSuggestElm->setChecked(CmdArgs::toBool(cmd, 0));
+        newEdgeSuggested(ui->SuggestingEdge->currentIndex());
+        break;
+    case SUGGESTING_ELM:
+        ui->SuggestingElm->setText(CmdArgs::str(cmd, 0));
+        newEdgeSuggested(ui->SuggestingEdge->currentIndex());
+        break;
+    case SUGGESTING_EDGE:
+        ui->SuggestingEdge->setCurrentIndex(CmdArgs::toInt(cmd, 0));
+        newEdgeSuggested(ui->SuggestingEdge->currentIndex());
+        break;
+    case SUGGESTING_EDGE_EV:
+        ui->SuggestingEeV->setText(CmdArgs::str(cmd, 0));
+        break;
+    case SUGGESTING_PRE_END_EV:
+        ui->DPreE->setText(CmdArgs::str(cmd, 0));
+        break;
+    case SUGGESTING_POST_START_EV:
+        ui->DPostS->setText(CmdArgs::str(cmd, 0));
+        break;
 
     case QUIT:
         // No finish: the windows close and the application ends.
