@@ -46,6 +46,11 @@ public slots:
     // command and answers with finishBatchExec, at once or when the job ends.
     void execCmdSlot(CmdLine cmd, bool inRem);
 
+    // View (src/view/BodyView.cpp): the colour bar moved (only the shown
+    // image is recoloured) or was set for all (every frame of the stack).
+    void cBarUpdating();
+    void cBarUpdated();
+
 private:
     // Construction, in the order the constructor calls them. The order
     // matters: the form must exist before any step connects to it, and the

@@ -7,7 +7,9 @@
 #include "batch/BatchDispatcher.h"
 #include "batch/ExCmdId.h"
 #include "ui_Body.h"
+#include "view/ColorBar.h"
 
+#include <QDebug>
 #include <QThread>
 
 void Body::setupBatch()
@@ -61,6 +63,20 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
     // command that finishes at once ends with `break`, so that the finish
     // below is sent; a long job returns, and the code that ends the job sends
     // finishBatchExec with the command's id.
+
+    case CBAR_SET_RANGE: {
+        const double vMin = cmd.args.value(0).toDouble();
+        const double vMax = cmd.args.value(1).toDouble();
+        qDebug().noquote() << "setting cbar" << vMin << vMax;
+        ui->CBar->setValueRange(vMin, vMax);
+        ui->CBar->paintCBar();
+        break;
+    }
+
+    case CBAR_SET_ALL:
+        qDebug().noquote() << "cbar set all";
+        cBarUpdated();
+        break;
 
     case QUIT:
         // No finish: the windows close and the application ends.
