@@ -6,6 +6,7 @@
 #include "spectrum/ElmEdges.h"
 #include "spectrum/XafsSpectrum.h"
 #include "ui_Body.h"
+#include "view/ColorBar.h"
 
 #include <QDebug>
 
@@ -41,6 +42,9 @@ Body::Body(QWidget *parent)
 Body::~Body()
 {
     teardownBatch();
+    // Frames rendered after the window has gone take the full scale.
+    if (gColorBar == ui->CBar)
+        gColorBar = nullptr;
 }
 
 void Body::registerMetaTypes()
@@ -59,9 +63,12 @@ void Body::setupForm()
 {
     ui->setupUi(this);
     setWindowTitle(QStringLiteral("Tessarelle"));
-    // The colour bar takes gColorBar here once it exists: frames render
-    // through it from then on.
+    // Frames render through the colour bar from here on.
+    gColorBar = ui->CBar;
     ui->CBarAll->setText(QStringLiteral("Set All"));
+    connect(ui->CBar, &ColorBar::cBarUpdating, this, &Body::cBarUpdating);
+    connect(ui->CBar, &ColorBar::cBarUpdated, this, &Body::cBarUpdated);
+    connect(ui->CBarAll, &QPushButton::clicked, this, &Body::cBarUpdated);
 }
 
 void Body::setupSelectionGroup()

@@ -57,6 +57,11 @@ public slots:
     void newEdgeSuggested(int edge);
     void newElmSuggested();
 
+    // View (src/view/BodyView.cpp): the colour bar moved (only the shown
+    // image is recoloured) or was set for all (every frame of the stack).
+    void cBarUpdating();
+    void cBarUpdated();
+
 private:
     // Construction, in the order the constructor calls them. The order
     // matters: the form must exist before any step connects to it, and the

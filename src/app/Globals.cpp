@@ -1,6 +1,7 @@
 #include "app/Globals.h"
 
 #include "batch/ExCmdId.h"
+#include "view/GraphColors.h"
 
 ConfigTable gConfig;
 ConfigTable gAuxConfig;
@@ -8,7 +9,7 @@ QString gDataRoot = DefaultRoot;
 QString gBatchRoot = DefaultRoot;
 bool gShowAnalyzer2Button = false;
 bool gDebugFlag = false;
-ColorBar *gColorBar = nullptr;
+ColorScale *gColorBar = nullptr;
 
 void InitGlobals()
 {
@@ -18,6 +19,6 @@ void InitGlobals()
     gDebugFlag = false;
 
     // The static tables are built here, each by the code that owns it:
-    // -- graph-colour table (drawing areas) goes here --
+    initGraphColors();
     initExCmdTable();
 }

@@ -4,7 +4,7 @@
 
 #include <QString>
 
-class ColorBar;
+class ColorScale;
 
 // The process-wide objects. They are plain statics, set once by InitGlobals()
 // and by main() while it reads the command line and the configuration, before
@@ -24,9 +24,10 @@ extern QString gBatchRoot;
 extern bool gShowAnalyzer2Button;
 // Set by -dbg; nothing reads it.
 extern bool gDebugFlag;
-// The main window's colour bar, which every frame renders through; null until
-// the main window is built.
-extern ColorBar *gColorBar;
+// The main window's colour bar (a ColorBar), which every frame and map renders
+// through; null until the main window is built. Held as its widget-free
+// ColorScale so that the core can render without linking widgets.
+extern ColorScale *gColorBar;
 
 inline constexpr const char *DefaultRoot = "C:/Data";
 

@@ -8,7 +8,9 @@
 #include "batch/CmdArgs.h"
 #include "batch/ExCmdId.h"
 #include "ui_Body.h"
+#include "view/ColorBar.h"
 
+#include <QDebug>
 #include <QThread>
 
 void Body::setupBatch()
@@ -83,6 +85,20 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         break;
     case SUGGESTING_POST_START_EV:
         ui->DPostS->setText(CmdArgs::str(cmd, 0));
+        break;
+
+    case CBAR_SET_RANGE: {
+        const double vMin = CmdArgs::toDouble(cmd, 0);
+        const double vMax = CmdArgs::toDouble(cmd, 1);
+        qDebug().noquote() << "setting cbar" << vMin << vMax;
+        ui->CBar->setValueRange(vMin, vMax);
+        ui->CBar->paintCBar();
+        break;
+    }
+
+    case CBAR_SET_ALL:
+        qDebug().noquote() << "cbar set all";
+        cBarUpdated();
         break;
 
     case QUIT:

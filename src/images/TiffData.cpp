@@ -1,6 +1,10 @@
 #include "images/TiffData.h"
 
+#include "app/Globals.h"
 #include "images/FrameReaders.h"
+#include "view/ColorMaps.h"
+#include "view/ColorScale.h"
+#include "view/PixelMapper.h"
 
 #include <QDebug>
 #include <QFile>
@@ -89,9 +93,79 @@ void TiffData::takePixels(FrameLoad &load)
     max = load.max;
 }
 
+// One display row: the frame's own row fy (or none) under the shift, pixels
+// that fall outside the frame showing the colour of 0.
+template <typename T>
+static void renderRow(const T *row, qint64 width, qint64 shiftX, const PixelMapper &map, uchar *dst)
+{
+    const int bpp = map.bytesPerPixel();
+    if (!row) {
+        map.fill(0.0, width, dst);
+        return;
+    }
+    // Image columns x with 0 <= x - shiftX < width.
+    const qint64 x0 = std::clamp<qint64>(shiftX, 0, width);
+    const qint64 x1 = std::clamp<qint64>(width + shiftX, 0, width);
+    map.fill(0.0, x0, dst);
+    if (x1 > x0)
+        map.mapRow(row + (x0 - shiftX), x1 - x0, dst + x0 * bpp);
+    map.fill(0.0, width - std::max(x0, x1), dst + std::max(x0, x1) * bpp);
+}
+
+template <typename T>
+static void renderRows(const TiffData &f, const PixelMapper &map, uchar *out, qsizetype stride)
+{
+    const qint64 w = f.width;
+    const qint64 h = f.height;
+    for (qint64 y = 0; y < h; ++y) {
+        const qint64 fy = y - f.shiftY;
+        const T *row = (fy >= 0 && fy < h) ? static_cast<const T *>(f.rows[fy]) : nullptr;
+        renderRow(row, w, f.shiftX, map, out + y * stride);
+    }
+}
+
 void TiffData::render()
 {
-    // Filled in by the colour-bar code; see the header.
+    delete image;
+    image = nullptr;
+    imageBytes = QByteArray();
+    if (width == 0 || height == 0 || !ColorMaps::hasMap(imgFormat))
+        return;
+
+    const qsizetype stride = ColorMaps::rowBytes(width, imgFormat);
+    imageBytes = QByteArray(stride * qsizetype(height), '\0'); // padding stays 0
+    uchar *out = reinterpret_cast<uchar *>(imageBytes.data());
+
+    const ColorScale::Ends ends = gColorBar ? gColorBar->ends() : ColorScale::Ends{};
+    PixelMapper map(min, max, ends, imgFormat);
+    const qint64 pixels = qint64(width) * qint64(height);
+    // A table pays when the frame has more pixels than the table has values.
+    const auto tableFor = [&](double lo, double hi) {
+        if (lo <= hi && hi - lo < double(pixels))
+            map.buildTable(qint64(lo), qint64(hi));
+    };
+
+    switch (pixelType) {
+    case PixelTiffU16:
+    case PixelU16:
+        tableFor(std::max(min, 0.0), std::min(max, 65535.0));
+        renderRows<quint16>(*this, map, out, stride);
+        break;
+    case PixelU32:
+        tableFor(std::max(min, 0.0), std::min(max, 4294967295.0));
+        renderRows<quint32>(*this, map, out, stride);
+        break;
+    case PixelF32:
+        renderRows<float>(*this, map, out, stride);
+        break;
+    default:
+        // No pixels: every pixel reads 0.
+        for (quint32 y = 0; y < height; ++y)
+            map.fill(0.0, width, out + y * stride);
+        break;
+    }
+
+    image = new QImage(out, int(width), int(height), stride, QImage::Format(imgFormat));
 }
 
 double TiffData::framePixel(qint64 fx, qint64 fy) const

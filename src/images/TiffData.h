@@ -10,7 +10,7 @@
 
 #include <cfloat>
 
-class ColorBar;
+class ColorScale;
 class QImage;
 
 // One image of a stack: one detector exposure at one energy, read from one
@@ -70,11 +70,14 @@ public:
     // the divisor is (w+1)*(h+1) even where the rectangle leaves the frame.
     double rectMean(const QRectF &r) const;
 
-    // (Re)makes imageBytes and image from the pixels through colorBar.
-    // Hook for the colour-bar code: until it is filled in, a frame holds its
-    // pixels only and this does nothing. image must be a view on imageBytes
-    // (QImage over imageBytes.data()), so imageBytes is replaced only after
-    // image has been deleted.
+    // (Re)makes imageBytes and image: every pixel(x, y) of the frame's size,
+    // shift included, is normalised to t = (v - min) / (max - min) and
+    // coloured through gColorBar's ends, in imgFormat (24 grey, 13 RGB; rows
+    // padded to four bytes). image is a QImage over imageBytes. Without a
+    // colour bar (before the main window exists, or in a tool without one)
+    // the full scale is used, ends 0 and 1. An empty frame, or a format
+    // other than 24 and 13, leaves both null. A flat frame (max = min) makes
+    // t NaN or infinite: the scale gives it its first or last colour.
     void render();
 
     // The box sum of a stack at energy e, interpolated linearly between the
@@ -102,7 +105,7 @@ public:
     double max = -DBL_MAX;
     QVector<void *> rows; // one allocation per row, by the allocator of pixelType
     double energy = 0.0;  // eV, given after loading
-    ColorBar *colorBar = nullptr;
+    ColorScale *colorBar = nullptr; // set after loading; render uses gColorBar
     QByteArray imageBytes; // the rendered pixels
     QImage *image = nullptr;
     double exposureMs = 100.0;
