@@ -26,6 +26,7 @@ Body::Body(QWidget *parent)
     // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
     // DeGlitch/NormalizeEShift, ImgProc, SumUp, bad-pixel mask, Stats.
     setupBatch();
+    setupLoading();
     setupAnalyzer2();
 
     // CheckVals, the BG file chooser and view, and the position memory go here.
@@ -36,6 +37,9 @@ Body::Body(QWidget *parent)
 
 Body::~Body()
 {
+    // The loaders go first, so that no frame arrives while the stacks are
+    // deleted.
+    teardownLoading();
     teardownBatch();
 }
 
@@ -47,6 +51,8 @@ void Body::registerMetaTypes()
     // Each type is added as the code that defines it arrives.
     qRegisterMetaType<CmdLine>("CmdLine");
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
+    qRegisterMetaType<TiffData *>("TiffData*");
+    qRegisterMetaType<ErrPoints *>("ErrPoints*");
 }
 
 void Body::setupForm()
