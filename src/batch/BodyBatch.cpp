@@ -90,9 +90,9 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         const QString mode = cmd.args.value(0);
         const QString dir = cmd.args.value(1);
         const QStringList patterns = cmd.args.mid(2);
-        // Files only, in QDir's own order; no sorting is asked for. The
-        // directory is joined by plain concatenation, so it must end in a
-        // separator.
+        // Files only, with no sort flags of our own, so the order is the one
+        // QDir gives by default. The directory is joined by plain
+        // concatenation, so it must end in a separator.
         QStringList files;
         const QStringList names = QDir(dir).entryList(patterns, QDir::Files);
         files.reserve(names.size());
