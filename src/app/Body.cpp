@@ -31,6 +31,7 @@ Body::Body(QWidget *parent)
     // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
     // DeGlitch/NormalizeEShift, ImgProc, SumUp, bad-pixel mask, Stats.
     setupBatch();
+    setupLoading();
     setupAnalyzer2();
 
     // CheckVals, the BG file chooser and view, and the position memory go here.
@@ -41,6 +42,9 @@ Body::Body(QWidget *parent)
 
 Body::~Body()
 {
+    // The loaders go first, so that no frame arrives while the stacks are
+    // deleted.
+    teardownLoading();
     teardownBatch();
     // Frames rendered after the window has gone take the full scale.
     if (gColorBar == ui->CBar)
@@ -57,6 +61,8 @@ void Body::registerMetaTypes()
     qRegisterMetaType<SuggestElm>("SuggestElm");
     qRegisterMetaType<CmdLine>("CmdLine");
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
+    qRegisterMetaType<TiffData *>("TiffData*");
+    qRegisterMetaType<ErrPoints *>("ErrPoints*");
 }
 
 void Body::setupForm()

@@ -2,15 +2,20 @@
 
 #include "batch/CmdLine.h"
 #include "spectrum/SuggestElm.h"
+#include "batch/ExCmdId.h"
+#include "images/ErrPoints.h"
+#include "images/TiffData.h"
 
 #include <QButtonGroup>
 #include <QMainWindow>
 #include <QStringList>
+#include <QVector>
 
 #include <memory>
 
 class BatchCtrl;
 class BatchDispatcher;
+class LoadTiff;
 class QThread;
 
 namespace Ui {
@@ -47,6 +52,14 @@ signals:
     void finishBatchExec(int id);
     void currentPosition(int ix, int iy, int hw, int vw);
 
+    // Loading (src/images/BodyImages.cpp): each queues a job on the loader
+    // of its stack. errPs is the asking panel's mask, which the loader only
+    // reads; id comes back with the loader's finish.
+    void loadI1Files(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
+                     EX_CMD_ID id);
+    void loadI0Files(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
+                     EX_CMD_ID id);
+
 public slots:
     // Batch (src/batch/BodyBatch.cpp): carries out one external batch
     // command and answers with finishBatchExec, at once or when the job ends.
@@ -61,6 +74,18 @@ public slots:
     // image is recoloured) or was set for all (every frame of the stack).
     void cBarUpdating();
     void cBarUpdated();
+    // Loading (src/images/BodyImages.cpp). readI1Files starts a load of
+    // the files in the given order; with newFile the stack is emptied first.
+    // The finish reaches a waiting batch with id 4 (I1) or 5 (I0).
+    void readI1Files(QStringList files, bool newFile);
+    void readI0Files(QStringList files, bool newFile);
+    // A frame from a loader: Body owns it from here on.
+    void loadedI1(TiffData *data, int fNo, int totalFiles);
+    void loadedI0(TiffData *data, int fNo, int totalFiles);
+    void finishedLoadI1Files();
+    void finishedLoadI0Files();
+    void clearI1Files();
+    void clearI0Files();
 
 private:
     // Construction, in the order the constructor calls them. The order
@@ -86,4 +111,15 @@ private:
     QThread *batchThread = nullptr;
     BatchDispatcher *batchDispatcher = nullptr;
     BatchCtrl *batchCtrl = nullptr;
+
+    // Loading: one loader per stack, each on a thread of its own, so the
+    // two stacks load at the same time. The frames are owned here.
+    void setupLoading();
+    void teardownLoading();
+    QVector<TiffData *> i1Frames;
+    QVector<TiffData *> i0Frames;
+    QThread *i1LoadThread = nullptr;
+    QThread *i0LoadThread = nullptr;
+    LoadTiff *i1Loader = nullptr;
+    LoadTiff *i0Loader = nullptr;
 };

@@ -11,6 +11,7 @@
 #include "view/ColorBar.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QThread>
 
 void Body::setupBatch()
@@ -100,6 +101,50 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         qDebug().noquote() << "cbar set all";
         cBarUpdated();
         break;
+
+    case CLEAR_I1_FILES:
+        clearI1Files();
+        break;
+    case CLEAR_I0_FILES:
+        clearI0Files();
+        break;
+
+    // The loads answer through the loader's finish (id 4 or 5).
+    case LOAD_I1_FILES:
+    case LOAD_I0_FILES: {
+        // A mode without files does nothing and never answers: the batch
+        // stands until Stop, as scripts have always seen it.
+        if (cmd.args.size() < 2)
+            return;
+        const bool newFile = cmd.args.at(0).toUpper() == QLatin1String("NEW");
+        const QStringList files = cmd.args.mid(1);
+        if (id == LOAD_I1_FILES)
+            readI1Files(files, newFile);
+        else
+            readI0Files(files, newFile);
+        return;
+    }
+    case LOAD_I1_FILES_OF_PATTERN:
+    case LOAD_I0_FILES_OF_PATTERN: {
+        const QString mode = cmd.args.value(0);
+        const QString dir = cmd.args.value(1);
+        const QStringList patterns = cmd.args.mid(2);
+        // Files only, with no sort flags of our own, so the order is the one
+        // QDir gives by default. The directory is joined by plain
+        // concatenation, so it must end in a separator.
+        QStringList files;
+        const QStringList names = QDir(dir).entryList(patterns, QDir::Files);
+        files.reserve(names.size());
+        for (const QString &name : names)
+            files << dir + name;
+        const bool newFile = mode.toUpper() == QLatin1String("NEW");
+        // Even an empty list is loaded: its finish releases the batch.
+        if (id == LOAD_I1_FILES_OF_PATTERN)
+            readI1Files(files, newFile);
+        else
+            readI0Files(files, newFile);
+        return;
+    }
 
     case QUIT:
         // No finish: the windows close and the application ends.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaType>
 #include <QPoint>
 #include <QString>
 #include <QVector>
@@ -30,6 +31,8 @@ public:
     // emptied and left unused.
     bool load(const QString &path, bool keep);
 };
+// A load job carries the asking panel's mask to the loader thread.
+Q_DECLARE_METATYPE(ErrPoints *)
 
 // The program's mask, chosen in the main file panels.
 extern ErrPoints gErrPoints;

@@ -4,6 +4,7 @@
 #include "images/FrameLoad.h"
 
 #include <QByteArray>
+#include <QMetaType>
 #include <QRectF>
 #include <QString>
 #include <QVector>
@@ -125,3 +126,6 @@ private:
     void setFramePixel(qint64 fx, qint64 fy, double v);
     void takePixels(FrameLoad &load);
 };
+
+// Frames travel from a loader thread to the main thread by queued signal.
+Q_DECLARE_METATYPE(TiffData *)

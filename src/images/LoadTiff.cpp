@@ -1,0 +1,121 @@
+#include "images/LoadTiff.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <memory>
+
+LoadTiff::LoadTiff(QObject *parent)
+    : QObject(parent)
+{
+    // Queued on purpose: each step returns to the event loop, where stop()
+    // and new jobs are seen, and the stack stays flat however long the list.
+    connect(this, &LoadTiff::loadStart, this, &LoadTiff::treatQues, Qt::QueuedConnection);
+    connect(this, &LoadTiff::loadNext, this, &LoadTiff::treatQues, Qt::QueuedConnection);
+}
+
+void LoadTiff::loadTiffs(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
+                         EX_CMD_ID loadCmdId)
+{
+    takeStop();
+    cutFirst = std::max(cutFirst, 0);
+    if (files.size() < cutFirst)
+        return;
+
+    LoadJob job;
+    job.files = std::move(files);
+    job.ignoreLive = ignoreLive;
+    job.skip = std::max(skip, 1);
+    job.cutFirst = cutFirst;
+    job.cutLast = std::max(cutLast, 0);
+    job.errPs = errPs;
+    job.id = loadCmdId;
+    // Idle is judged from the queue, which only this thread touches: busy
+    // may have been cleared by a stop() that this thread has not seen yet.
+    const bool idle = ques.isEmpty();
+    ques.append(std::move(job));
+
+    if (idle) {
+        busy.store(true);
+        curIdx = ques.front().cutFirst;
+        scheduleStep(true);
+    }
+}
+
+void LoadTiff::treatQues()
+{
+    stepPending = false;
+    if (takeStop() || ques.isEmpty())
+        return;
+
+    // A copy: the front job may be removed below.
+    const LoadJob job = ques.front();
+    bool more = false;
+    // curIdx reaches the end of the list at once when cutFirst equals the
+    // number of files: a job with nothing to read, which ends right away.
+    if (curIdx < job.files.size()) {
+        const QString &file = job.files.at(curIdx);
+        if (job.ignoreLive && file.contains(QLatin1String("Live"))) {
+            qDebug().noquote() << "ignoe" << file;
+        } else if (TiffData *frame = readFrame(file, job.errPs)) {
+            emit loaded(frame, curIdx, int(job.files.size()));
+        }
+        // A stop that came while the frame was read drops the rest, this
+        // job's end included.
+        if (takeStop())
+            return;
+        curIdx += job.skip;
+        // The file at cutFirst is read before this test: a job whose cuts
+        // add up to the whole list still reads that one file.
+        more = curIdx < job.files.size() - job.cutLast;
+    }
+    if (more) {
+        scheduleStep(false);
+        return;
+    }
+
+    ques.removeFirst();
+    if (!ques.isEmpty()) {
+        curIdx = ques.front().cutFirst;
+        scheduleStep(false);
+        return;
+    }
+    busy.store(false);
+    emit finishLoadFiles(job.id);
+}
+
+void LoadTiff::stop()
+{
+    // Only flags: the queue belongs to the loader's thread, which empties it
+    // at its next look (takeStop).
+    stopRequested.store(true);
+    busy.store(false);
+}
+
+TiffData *LoadTiff::readFrame(const QString &file, ErrPoints *errPs)
+{
+    auto frame = std::make_unique<TiffData>();
+    if (!frame->read(file, errPs))
+        return nullptr;
+    return frame.release();
+}
+
+bool LoadTiff::takeStop()
+{
+    if (!stopRequested.exchange(false))
+        return false;
+    ques.clear();
+    busy.store(false);
+    return true;
+}
+
+void LoadTiff::scheduleStep(bool start)
+{
+    if (stepPending)
+        return;
+    stepPending = true;
+    if (start)
+        emit loadStart();
+    else
+        emit loadNext();
+}

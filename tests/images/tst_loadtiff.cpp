@@ -1,0 +1,403 @@
+#include "images/LoadTiff.h"
+#include "images/TiffWriter.h"
+
+#include <QScopeGuard>
+#include <QSemaphore>
+#include <QThread>
+#include <QtTest>
+
+#include <memory>
+#include <vector>
+
+// The stack loader on a thread of its own, driven by queued signals as the
+// main window drives it. Every frame is recorded on the test's thread as
+// "fNo:file name" and deleted there; a finish is recorded as "end<id>".
+//
+// Test files: the i-th name of a list is a 16-bit TIFF of (2 + i) x
+// (1 + i % 3) pixels, all of value 100 + i, so that each delivered frame shows
+// which file it came from. A name that starts with '!' is a broken TIFF, one
+// that starts with '?' is never written.
+
+namespace {
+
+struct JobSpec {
+    QString prefix; // file names prefix0.tif, prefix1.tif, ...
+    int nFiles = 0;
+    int cutFirst = 0;
+    int id = 0;
+};
+
+// Holds the loader inside the reading of one file until the test lets it go.
+class GatedLoadTiff : public LoadTiff
+{
+public:
+    QString gateFile;
+    QSemaphore reached;
+    QSemaphore go;
+
+protected:
+    TiffData *readFrame(const QString &file, ErrPoints *errPs) override
+    {
+        TiffData *frame = LoadTiff::readFrame(file, errPs);
+        if (file == gateFile) {
+            reached.release();
+            go.acquire();
+        }
+        return frame;
+    }
+};
+
+QStringList plainNames(const QString &prefix, int n)
+{
+    QStringList names;
+    for (int i = 0; i < n; ++i)
+        names << QStringLiteral("%1%2.tif").arg(prefix).arg(i);
+    return names;
+}
+
+QStringList events(const QList<int> &fNos, const QStringList &names, const QString &end)
+{
+    QStringList ev;
+    for (int n : fNos)
+        ev << QStringLiteral("%1:%2").arg(n).arg(QFileInfo(names.at(n)).fileName());
+    if (!end.isEmpty())
+        ev << end;
+    return ev;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(JobSpec)
+
+class TestLoadTiff : public QObject
+{
+    Q_OBJECT
+signals:
+    void requestLoad(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
+                     EX_CMD_ID id);
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void sequence_data();
+    void sequence();
+    void jobs_data();
+    void jobs();
+    void stop_data();
+    void stop();
+    void longList();
+
+private:
+    void startLoader(LoadTiff *l);
+    QStringList makeFiles(const QStringList &names, const QString &sub = QString());
+    void drain();
+
+    QTemporaryDir m_dir;
+    int m_dirNo = 0;
+    ErrPoints m_mask;
+    QThread *m_thread = nullptr;
+    LoadTiff *m_loader = nullptr;
+    QStringList m_events;
+    QStringList m_badFrames; // what was wrong with a delivered frame
+};
+
+void TestLoadTiff::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    qRegisterMetaType<TiffData *>("TiffData*");
+    qRegisterMetaType<ErrPoints *>("ErrPoints*");
+    qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
+}
+
+void TestLoadTiff::startLoader(LoadTiff *l)
+{
+    m_events.clear();
+    m_badFrames.clear();
+    m_thread = new QThread;
+    m_thread->setObjectName(QStringLiteral("test loader"));
+    m_loader = l;
+    m_loader->moveToThread(m_thread);
+    connect(this, &TestLoadTiff::requestLoad, m_loader, &LoadTiff::loadTiffs);
+    connect(m_loader, &LoadTiff::loaded, this, [this](TiffData *f, int fNo, int total) {
+        std::unique_ptr<TiffData> frame(f);
+        const QString name = QFileInfo(frame->fileName).fileName();
+        m_events << QStringLiteral("%1:%2").arg(fNo).arg(name);
+        // The file's content must match its place in the list (see above).
+        const int i = name.startsWith(QLatin1Char('z')) ? 0 : fNo;
+        if (frame->width != quint32(2 + i) || frame->height != quint32(1 + i % 3)
+            || frame->pixel(frame->width - 1, frame->height - 1) != 100.0 + i)
+            m_badFrames << name + QStringLiteral(" has the wrong pixels");
+        if (frame->errPoints != &m_mask)
+            m_badFrames << name + QStringLiteral(" lacks the job's mask");
+        if (total <= fNo)
+            m_badFrames << name + QStringLiteral(" total %1 <= fNo %2").arg(total).arg(fNo);
+    });
+    connect(m_loader, &LoadTiff::finishLoadFiles, this,
+            [this](EX_CMD_ID id) { m_events << QStringLiteral("end%1").arg(int(id)); });
+    m_thread->start();
+}
+
+void TestLoadTiff::cleanup()
+{
+    if (!m_thread)
+        return;
+    m_thread->quit();
+    QVERIFY(m_thread->wait(10000));
+    delete m_loader;
+    delete m_thread;
+    m_loader = nullptr;
+    m_thread = nullptr;
+    // Frames still on their way to a receiver that is gone would leak; the
+    // sanitizer build reports it.
+    QCoreApplication::processEvents();
+}
+
+// Writes the files of a list in a fresh folder and gives their paths.
+QStringList TestLoadTiff::makeFiles(const QStringList &names, const QString &sub)
+{
+    const QString dir = m_dir.filePath(sub.isEmpty() ? QString::number(++m_dirNo) : sub);
+    QStringList paths;
+    for (int i = 0; i < names.size(); ++i) {
+        QString name = names.at(i);
+        const QChar mark = name.isEmpty() ? QChar() : name.at(0);
+        if (mark == QLatin1Char('!') || mark == QLatin1Char('?'))
+            name.remove(0, 1);
+        const QString path = dir + QLatin1Char('/') + name;
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        paths << path;
+        if (mark == QLatin1Char('?'))
+            continue;
+        if (mark == QLatin1Char('!')) {
+            QFile f(path);
+            if (f.open(QIODevice::WriteOnly))
+                f.write(QByteArray("II*\0\x40\0\0\0", 8) + QByteArray(24, '\x5a'));
+            continue;
+        }
+        const quint32 w = 2 + i;
+        const quint32 h = 1 + i % 3;
+        const std::vector<quint16> px(std::size_t(w) * h, quint16(100 + i));
+        if (!writeTiff16(path, w, h, px.data()))
+            qWarning("cannot write %s", qPrintable(path));
+    }
+    return paths;
+}
+
+// Lets every event the loader has queued run, then delivers what it sent
+// here. Two rounds: the first lets a queued job be taken up, the second
+// lets a step that the job scheduled run.
+void TestLoadTiff::drain()
+{
+    for (int round = 0; round < 2; ++round)
+        QMetaObject::invokeMethod(m_loader, [] {}, Qt::BlockingQueuedConnection);
+    QCoreApplication::processEvents();
+}
+
+void TestLoadTiff::sequence_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<bool>("ignoreLive");
+    QTest::addColumn<int>("skip");
+    QTest::addColumn<int>("cutFirst");
+    QTest::addColumn<int>("cutLast");
+    QTest::addColumn<QList<int>>("fNos");
+    QTest::addColumn<bool>("finish");
+
+    const QStringList ten = plainNames("f", 10);
+    const QStringList four = plainNames("f", 4);
+    QTest::newRow("every file") << four << false << 1 << 0 << 0 << QList<int>{0, 1, 2, 3} << true;
+    QTest::newRow("skip 3 of 10") << ten << false << 3 << 0 << 0 << QList<int>{0, 3, 6, 9} << true;
+    // 10 - 2 = 8: indices below 8.
+    QTest::newRow("cutLast 2 of 10") << ten << false << 1 << 0 << 2 << QList<int>{0, 1, 2, 3, 4, 5, 6, 7} << true;
+    // Start at 3, step 2, stay below 10 - 2 = 8: 3, 5, 7.
+    QTest::newRow("cuts with skip") << ten << false << 2 << 3 << 2 << QList<int>{3, 5, 7} << true;
+    QTest::newRow("cutFirst at the count") << four << false << 1 << 4 << 0 << QList<int>() << true;
+    QTest::newRow("cutFirst beyond the count") << four << false << 1 << 5 << 0 << QList<int>() << false;
+    // The file at cutFirst is read before the end test; 3 < 4 - 3 fails.
+    QTest::newRow("cuts past the count") << four << false << 1 << 2 << 3 << QList<int>{2} << true;
+    QTest::newRow("cutLast equal to the count") << four << false << 1 << 0 << 4 << QList<int>{0} << true;
+    QTest::newRow("skip beyond the list") << plainNames("f", 5) << false << 10 << 0 << 0 << QList<int>{0} << true;
+    QTest::newRow("skip 0 read as 1") << plainNames("f", 3) << false << 0 << 0 << 0 << QList<int>{0, 1, 2} << true;
+    QTest::newRow("negative cuts read as 0") << plainNames("f", 3) << false << 1 << -2 << -5 << QList<int>{0, 1, 2}
+                                             << true;
+
+    // "Live" anywhere in the path, case-sensitive.
+    const QStringList live{"a0.tif", "b_Live.tif", "c2.tif", "Live/d3.tif", "e4_live.tif", "fLive5.tif"};
+    QTest::newRow("Live passed over") << live << true << 1 << 0 << 0 << QList<int>{0, 2, 4} << true;
+    QTest::newRow("Live read when not ignored") << live << false << 1 << 0 << 0 << QList<int>{0, 1, 2, 3, 4, 5}
+                                                << true;
+    QTest::newRow("only Live files") << QStringList{"x_Live.tif", "yLive.tif"} << true << 1 << 0 << 0 << QList<int>()
+                                     << true;
+    // Skipping lands on the Live files only.
+    QTest::newRow("skip onto Live files") << live << true << 3 << 0 << 0 << QList<int>{0} << true;
+
+    QTest::newRow("unreadable in the middle") << QStringList{"a0.tif", "!b1.tif", "c2.tif", "?d3.tif", "e4.tif"}
+                                              << false << 1 << 0 << 0 << QList<int>{0, 2, 4} << true;
+    QTest::newRow("unreadable last") << QStringList{"a0.tif", "!b1.tif"} << false << 1 << 0 << 0 << QList<int>{0}
+                                     << true;
+    QTest::newRow("nothing readable") << QStringList{"!a0.tif", "?b1.tif"} << false << 1 << 0 << 0 << QList<int>()
+                                      << true;
+    QTest::newRow("empty list") << QStringList() << false << 1 << 0 << 0 << QList<int>() << true;
+    QTest::newRow("empty list cutFirst 1") << QStringList() << false << 1 << 1 << 0 << QList<int>() << false;
+}
+
+void TestLoadTiff::sequence()
+{
+    QFETCH(QStringList, names);
+    QFETCH(bool, ignoreLive);
+    QFETCH(int, skip);
+    QFETCH(int, cutFirst);
+    QFETCH(int, cutLast);
+    QFETCH(QList<int>, fNos);
+    QFETCH(bool, finish);
+
+    startLoader(new LoadTiff);
+    const QStringList paths = makeFiles(names);
+    emit requestLoad(paths, ignoreLive, skip, cutFirst, cutLast, &m_mask, LOAD_I0_FILES);
+    if (finish)
+        QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end5"), 10000);
+    drain();
+    QCOMPARE(m_events, events(fNos, names, finish ? "end5" : ""));
+    QCOMPARE(m_badFrames, QStringList());
+    QCOMPARE(m_loader->isBusy(), false);
+}
+
+void TestLoadTiff::jobs_data()
+{
+    QTest::addColumn<QList<JobSpec>>("jobs");
+    QTest::addColumn<bool>("waitEach");
+    QTest::addColumn<QStringList>("expected");
+
+    // Queued together: the jobs run in order and only the queue's end is
+    // reported, with the id of the job that ended last.
+    QTest::newRow("three jobs, one finish")
+        << QList<JobSpec>{{"a", 2, 0, 4}, {"b", 1, 0, 5}, {"c", 2, 1, 6}} << false
+        << QStringList{"0:a0.tif", "1:a1.tif", "0:b0.tif", "1:c1.tif", "end6"};
+    QTest::newRow("dropped last job") << QList<JobSpec>{{"a", 2, 0, 4}, {"b", 1, 3, 5}} << false
+                                      << QStringList{"0:a0.tif", "1:a1.tif", "end4"};
+    QTest::newRow("empty job in the middle") << QList<JobSpec>{{"a", 1, 0, 4}, {"e", 0, 0, 5}, {"c", 1, 0, 6}} << false
+                                             << QStringList{"0:a0.tif", "0:c0.tif", "end6"};
+    QTest::newRow("nothing to read at the end") << QList<JobSpec>{{"a", 1, 0, 4}, {"b", 2, 2, 5}} << false
+                                                << QStringList{"0:a0.tif", "end5"};
+    QTest::newRow("one after another") << QList<JobSpec>{{"a", 2, 0, 4}, {"b", 1, 0, 5}} << true
+                                       << QStringList{"0:a0.tif", "1:a1.tif", "end4", "0:b0.tif", "end5"};
+}
+
+void TestLoadTiff::jobs()
+{
+    QFETCH(QList<JobSpec>, jobs);
+    QFETCH(bool, waitEach);
+    QFETCH(QStringList, expected);
+
+    startLoader(new LoadTiff);
+    // Hold the loader until every job is queued, so they meet in its queue.
+    QSemaphore hold;
+    auto releaseAtEnd = qScopeGuard([&hold] { hold.release(); });
+    if (!waitEach)
+        QMetaObject::invokeMethod(m_loader, [&hold] { hold.acquire(); }, Qt::QueuedConnection);
+    for (const JobSpec &j : jobs) {
+        const QStringList paths = makeFiles(plainNames(j.prefix, j.nFiles), j.prefix + QString::number(++m_dirNo));
+        emit requestLoad(paths, false, 1, j.cutFirst, 0, &m_mask, EX_CMD_ID(j.id));
+        if (waitEach)
+            QTRY_VERIFY_WITH_TIMEOUT(m_events.contains(QStringLiteral("end%1").arg(j.id)), 10000);
+    }
+    releaseAtEnd.dismiss();
+    hold.release();
+    QTRY_VERIFY_WITH_TIMEOUT(m_events.size() >= expected.size(), 10000);
+    drain();
+    QCOMPARE(m_events, expected);
+    QCOMPARE(m_badFrames, QStringList());
+}
+
+void TestLoadTiff::stop_data()
+{
+    QTest::addColumn<int>("nFiles");
+    QTest::addColumn<int>("stopAt"); // frame in progress at the stop
+    QTest::addColumn<int>("jobsBehind");
+    QTest::addColumn<int>("jobsOnTheWay");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("at the first frame") << 6 << 0 << 0 << 0 << QStringList{"0:f0.tif"};
+    QTest::newRow("mid-list") << 6 << 3 << 0 << 0 << QStringList{"0:f0.tif", "1:f1.tif", "2:f2.tif", "3:f3.tif"};
+    // The job would end with this frame; being stopped, it sends no finish.
+    QTest::newRow("at the last frame") << 3 << 2 << 0 << 0 << QStringList{"0:f0.tif", "1:f1.tif", "2:f2.tif"};
+    QTest::newRow("queued jobs dropped too") << 6 << 2 << 2 << 0
+                                             << QStringList{"0:f0.tif", "1:f1.tif", "2:f2.tif"};
+    // A request still in the event queue is no job yet when stop() comes: it
+    // runs. Callers stop first and ask for the new load after.
+    QTest::newRow("request on its way runs") << 6 << 1 << 0 << 1
+                                             << QStringList{"0:f0.tif", "1:f1.tif", "0:r0.tif", "1:r1.tif"};
+}
+
+// stop() is called from this thread while the loader is inside a frame. The
+// frame is still delivered; nothing else of the stopped jobs follows. A job
+// asked for after the stop ("z", id 1) runs normally and is the only finish.
+void TestLoadTiff::stop()
+{
+    QFETCH(int, nFiles);
+    QFETCH(int, stopAt);
+    QFETCH(int, jobsBehind);
+    QFETCH(int, jobsOnTheWay);
+    QFETCH(QStringList, expected);
+
+    auto *gated = new GatedLoadTiff;
+    startLoader(gated);
+    const QStringList paths = makeFiles(plainNames("f", nFiles));
+    const QStringList behind = makeFiles(plainNames("q", 2));
+    const QStringList onTheWay = makeFiles(plainNames("r", 2));
+    const QStringList after = makeFiles({"z0.tif"});
+    gated->gateFile = paths.at(stopAt);
+    auto releaseAtEnd = qScopeGuard([gated] { gated->go.release(); });
+
+    // The loader is held until the first job and those behind it are all in
+    // its queue.
+    QSemaphore hold;
+    QMetaObject::invokeMethod(m_loader, [&hold] { hold.acquire(); }, Qt::QueuedConnection);
+    emit requestLoad(paths, false, 1, 0, 0, &m_mask, LOAD_I1_FILES);
+    for (int j = 0; j < jobsBehind; ++j)
+        emit requestLoad(behind, false, 1, 0, 0, &m_mask, LOAD_I0_FILES);
+    hold.release();
+
+    QVERIFY(gated->reached.tryAcquire(1, 10000));
+    for (int j = 0; j < jobsOnTheWay; ++j)
+        emit requestLoad(onTheWay, false, 1, 0, 0, &m_mask, LOAD_I0_FILES);
+    QVERIFY(m_loader->isBusy());
+    m_loader->stop();
+    QVERIFY(!m_loader->isBusy());
+    emit requestLoad(after, false, 1, 0, 0, &m_mask, CLEAR_I0_FILES);
+    releaseAtEnd.dismiss();
+    gated->go.release();
+
+    QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end1"), 10000);
+    drain();
+    expected << QStringLiteral("0:z0.tif") << QStringLiteral("end1");
+    QCOMPARE(m_events, expected);
+    QCOMPARE(m_badFrames, QStringList());
+}
+
+// Thousands of files: one queued step each, so the loader's stack stays flat
+// (a chain of direct calls overflows it), and every frame arrives in order.
+void TestLoadTiff::longList()
+{
+    startLoader(new LoadTiff);
+    const QString file = makeFiles({"z0.tif"}).first();
+    const int n = 30000;
+    const QStringList files(n, file);
+    int count = 0;
+    int lastFNo = -1;
+    bool inOrder = true;
+    const QMetaObject::Connection c = connect(m_loader, &LoadTiff::loaded, this, [&](TiffData *, int fNo, int) {
+        inOrder = inOrder && fNo == lastFNo + 1;
+        lastFNo = fNo;
+        ++count;
+    });
+    const auto disconnectAtEnd = qScopeGuard([c] { QObject::disconnect(c); });
+    emit requestLoad(files, false, 1, 0, 0, &m_mask, LOAD_I1_FILES);
+    QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end4"), 120000);
+    QCOMPARE(count, n);
+    QCOMPARE(lastFNo, n - 1);
+    QVERIFY(inOrder);
+    QCOMPARE(m_badFrames, QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestLoadTiff)
+#include "tst_loadtiff.moc"
