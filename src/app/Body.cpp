@@ -26,6 +26,7 @@ Body::Body(QWidget *parent)
     // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
     // DeGlitch/NormalizeEShift, ImgProc, SumUp, bad-pixel mask, Stats.
     setupBatch();
+    setupFilePanels();
     setupAnalyzer2();
 
     // CheckVals, the BG file chooser and view, and the position memory go here.

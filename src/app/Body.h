@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/CmdLine.h"
+#include "batch/ExCmdId.h"
 
 #include <QButtonGroup>
 #include <QMainWindow>
@@ -55,6 +56,7 @@ private:
     void setupForm();
     void setupSelectionGroup();
     void setupBatch();
+    void setupFilePanels();
     void setupAnalyzer2();
     void feedConfiguredBatch(const QStringList &cmdLines);
 
@@ -69,4 +71,8 @@ private:
     QThread *batchThread = nullptr;
     BatchDispatcher *batchDispatcher = nullptr;
     BatchCtrl *batchCtrl = nullptr;
+
+    // File panels (src/images/BodySelect.cpp): the batch commands that only
+    // set a field of the I1 or the I0 panel, and finish at once.
+    void execFilePanelCmd(EX_CMD_ID id, const QStringList &args);
 };
