@@ -59,8 +59,7 @@ EOFSetup::~EOFSetup() = default;
 void EOFSetup::setTitle(const QString &t)
 {
     title = t;
-    setWindowTitle(t.isEmpty() ? QStringLiteral("Energy of Files Setup")
-                               : QStringLiteral("Energy of Files Setup: ") + t);
+    setWindowTitle(QStringLiteral("Energy of Files Setup: ") + t);
 }
 
 EngOfFiles EOFSetup::settings() const

@@ -79,5 +79,6 @@ private:
     std::unique_ptr<Ui::EOFSetup> ui;
     RefEnergies ref;
     QFileDialog *refDialog = nullptr;
-    QString title;
+    // Names the panel in log lines until setTitle gives the real name.
+    QString title = QStringLiteral("EOFSetup");
 };
