@@ -37,11 +37,12 @@ EOFSetup::EOFSetup(QWidget *parent)
     connect(ui->SelRefFile, &QPushButton::clicked, refDialog, &QWidget::show);
     connect(refDialog, &QFileDialog::fileSelected, this, &EOFSetup::setEngByRef);
 
-    // The pattern follows every change of its text, a batch's included, so
-    // that factor and list always match the pattern in force.
-    connect(ui->Pattern, &QLineEdit::textChanged, this, &EOFSetup::newPattern);
+    // A typed pattern counts once the user is done with it: following each
+    // keystroke would add every half-typed expression to the list. Setters
+    // and the list apply theirs at once.
+    connect(ui->Pattern, &QLineEdit::editingFinished, this, &EOFSetup::newPattern);
     connect(ui->PatternList, qOverload<int>(&QComboBox::activated), this, &EOFSetup::patternChosen);
-    ui->Pattern->setText(EngByName::knownPatterns().first());
+    setEngByNameRegExp(EngByName::knownPatterns().first());
 
     // The recipe fields are linked on the user's edits only: following every
     // text change, a new end would move the delta, which would move the end
@@ -134,6 +135,7 @@ void EOFSetup::setDispUnit(int idx)
 void EOFSetup::setEngByNameRegExp(const QString &pattern)
 {
     ui->Pattern->setText(pattern);
+    newPattern();
 }
 
 void EOFSetup::setEngByNameFactor(double factor)
@@ -168,8 +170,9 @@ bool EOFSetup::readRefFile(const QString &fname)
     return true;
 }
 
-void EOFSetup::newPattern(const QString &pattern)
+void EOFSetup::newPattern()
 {
+    const QString pattern = ui->Pattern->text();
     ui->Factor->setText(numText(EngByName::factorFor(pattern)));
     int idx = ui->PatternList->findText(pattern, Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (idx < 0) {
@@ -186,7 +189,7 @@ void EOFSetup::newPattern(const QString &pattern)
 void EOFSetup::patternChosen(int idx)
 {
     if (idx >= 0)
-        ui->Pattern->setText(ui->PatternList->itemText(idx));
+        setEngByNameRegExp(ui->PatternList->itemText(idx));
 }
 
 void EOFSetup::sourceToggled(QAbstractButton *, bool checked)

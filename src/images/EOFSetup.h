@@ -51,6 +51,9 @@ public slots:
     void setEvenInEng(bool f);
     void setEvenInDeg(bool f);
     void setDispUnit(int idx);
+    // Sets the pattern as a finished edit does: the factor follows (1000
+    // for a keV pattern, else 1) and the list selects it, adding it first
+    // when it is new.
     void setEngByNameRegExp(const QString &pattern);
     void setEngByNameFactor(double factor);
     // Chooses the reference file as the source exactly when fname is not
@@ -68,7 +71,7 @@ public slots:
     void newNumOfPoints();
 
 private slots:
-    void newPattern(const QString &pattern);
+    void newPattern();
     void patternChosen(int idx);
     void sourceToggled(QAbstractButton *button, bool checked);
 

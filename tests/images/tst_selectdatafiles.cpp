@@ -323,12 +323,17 @@ void TestSelectDataFiles::patternList_data()
     QTest::addColumn<int>("count");
     QTest::addColumn<QString>("factor");
     QTest::addColumn<bool>("marked");
+    QTest::addColumn<bool>("typed");
 
-    QTest::newRow("known") << "\\d\\d\\d\\d\\.\\d" << 7 << 10 << "1" << false;
-    QTest::newRow("known keV") << "\\d_\\d\\d\\d\\d\\d\\dKeV" << 9 << 10 << "1000" << false;
-    QTest::newRow("new one appended") << "E(\\d+)" << 10 << 11 << "1" << false;
-    QTest::newRow("new keV") << "\\d+kev" << 10 << 11 << "1000" << false;
-    QTest::newRow("invalid marked") << "(\\d" << 10 << 11 << "1" << true;
+    QTest::newRow("known") << "\\d\\d\\d\\d\\.\\d" << 7 << 10 << "1" << false << false;
+    QTest::newRow("known keV") << "\\d_\\d\\d\\d\\d\\d\\dKeV" << 9 << 10 << "1000" << false << false;
+    QTest::newRow("new one appended") << "E(\\d+)" << 10 << 11 << "1" << false << false;
+    QTest::newRow("new keV") << "\\d+kev" << 10 << 11 << "1000" << false << false;
+    QTest::newRow("invalid marked") << "(\\d" << 10 << 11 << "1" << true << false;
+    // Typed by the user: one new item when the edit is done, not one per key.
+    QTest::newRow("typed new") << "E(\\d+)" << 10 << 11 << "1" << false << true;
+    QTest::newRow("typed keV") << "\\d+KeV" << 10 << 11 << "1000" << false << true;
+    QTest::newRow("typed known") << "\\d\\d\\d\\d\\.\\d" << 7 << 10 << "1" << false << true;
 }
 
 void TestSelectDataFiles::patternList()
@@ -338,6 +343,7 @@ void TestSelectDataFiles::patternList()
     QFETCH(int, count);
     QFETCH(QString, factor);
     QFETCH(bool, marked);
+    QFETCH(bool, typed);
 
     EOFSetup eof;
     auto *list = eof.findChild<QComboBox *>("PatternList");
@@ -345,7 +351,13 @@ void TestSelectDataFiles::patternList()
     auto *patternEdit = eof.findChild<QLineEdit *>("Pattern");
     QVERIFY(list && factorEdit && patternEdit);
     eof.setEngByNameFactor(7);
-    eof.setEngByNameRegExp(pattern);
+    if (typed) {
+        patternEdit->selectAll();
+        QTest::keyClicks(patternEdit, pattern);
+        QTest::keyClick(patternEdit, Qt::Key_Return);
+    } else {
+        eof.setEngByNameRegExp(pattern);
+    }
     QCOMPARE(list->currentIndex(), index);
     QCOMPARE(list->count(), count);
     QCOMPARE(factorEdit->text(), factor);
