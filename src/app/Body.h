@@ -5,6 +5,7 @@
 #include "batch/ExCmdId.h"
 #include "images/ErrPoints.h"
 #include "images/TiffData.h"
+#include "batch/ExCmdId.h"
 
 #include <QButtonGroup>
 #include <QMainWindow>
@@ -97,6 +98,7 @@ private:
     void setupSelectionGroup();
     void setupSuggestElm();
     void setupBatch();
+    void setupFilePanels();
     void setupAnalyzer2();
     void feedConfiguredBatch(const QStringList &cmdLines);
 
@@ -122,4 +124,7 @@ private:
     QThread *i0LoadThread = nullptr;
     LoadTiff *i1Loader = nullptr;
     LoadTiff *i0Loader = nullptr;
+    // File panels (src/images/BodySelect.cpp): the batch commands that only
+    // set a field of the I1 or the I0 panel, and finish at once.
+    void execFilePanelCmd(EX_CMD_ID id, const QStringList &args);
 };

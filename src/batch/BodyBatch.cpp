@@ -146,6 +146,44 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         return;
     }
 
+    // The file panels: each of these only sets a field.
+    case SET_I1_ENERGY_PATTERN:
+    case SET_I0_ENERGY_PATTERN:
+    case CUT_F_I0:
+    case CUT_F_I1:
+    case CUT_L_I0:
+    case CUT_L_I1:
+    case SKIP_I0:
+    case SKIP_I1:
+    case SHOW_LATEST_I0:
+    case SHOW_LATEST_I1:
+    case ENG_BY_NAME_I0:
+    case ENG_BY_NAME_I1:
+    case ENG_BY_NAME_REG_EXP_I0:
+    case ENG_BY_NAME_REG_EXP_I1:
+    case ENG_BY_NAME_FACTOR_I0:
+    case ENG_BY_NAME_FACTOR_I1:
+    case ENG_BY_CALC_I0:
+    case ENG_BY_CALC_I1:
+    case ENG_CALC_BASE_I0:
+    case ENG_CALC_BASE_I1:
+    case ENG_CALC_DELTA_I0:
+    case ENG_CALC_DELTA_I1:
+    case ENG_CALC_END_I0:
+    case ENG_CALC_END_I1:
+    case ENG_CALC_NUM_I0:
+    case ENG_CALC_NUM_I1:
+    case ENG_CALC_EVEN_IN_ENG_I0:
+    case ENG_CALC_EVEN_IN_ENG_I1:
+    case ENG_CALC_EVEN_IN_DEG_I0:
+    case ENG_CALC_EVEN_IN_DEG_I1:
+    case ENG_CALC_DISP_UNIT_I0:
+    case ENG_CALC_DISP_UNIT_I1:
+    case ENG_BY_REF_I0:
+    case ENG_BY_REF_I1:
+        execFilePanelCmd(id, cmd.args);
+        break;
+
     case QUIT:
         // No finish: the windows close and the application ends.
         emit finishing();

@@ -1,0 +1,351 @@
+#include "images/EngByName.h"
+#include "images/EngCalc.h"
+#include "images/EngOfFiles.h"
+#include "images/RefEnergies.h"
+#include "LogCapture.h"
+
+#include <QtTest>
+
+#include <cmath>
+
+// The energy of a frame from its file name, a scan recipe or a reference
+// file. Expected energies are worked out by hand or with the conversion
+// written out again below, not with the program's own converter.
+namespace {
+constexpr double D0 = 3.13553;
+constexpr double Hc = 12398.424360387684;
+constexpr double Pi10 = 3.1415926535;
+
+double angleToEV(double deg, double d = D0)
+{
+    return Hc / (2 * std::sin(deg * Pi10 / 180) * d);
+}
+
+double eVToAngle(double e, double d = D0)
+{
+    const double x = Hc / e / (2 * d);
+    return std::fabs(x) > 1 ? -1.0 : std::asin(x) * 180 / Pi10;
+}
+
+void compareEnergy(double actual, double expected)
+{
+    if (std::isnan(expected))
+        QVERIFY2(std::isnan(actual), qPrintable(QString::number(actual)));
+    else
+        QCOMPARE(actual, expected);
+}
+}
+
+class TestEnergyOfFiles : public QObject
+{
+    Q_OBJECT
+private slots:
+    void byName_data();
+    void byName();
+    void factorFor_data();
+    void factorFor();
+    void fromNumber_data();
+    void fromNumber();
+    void readRef_data();
+    void readRef();
+    void refUnreadable_data();
+    void refUnreadable();
+    void refRow_data();
+    void refRow();
+    void source_data();
+    void source();
+};
+
+void TestEnergyOfFiles::byName_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<int>("fNo");
+    QTest::addColumn<double>("expected");
+
+    const QStringList p = EngByName::knownPatterns();
+    QCOMPARE(p.size(), 10);
+    // "7112_50" -> "7112.50"
+    QTest::newRow("underscore as point") << "/d/sample_7112_50.tif" << p.at(2) << 1.0 << 0 << 7112.50;
+    // "12_345678KeV" -> "12_345678KEV" -> "12.345678KEV" -> 12.345678, x1000
+    QTest::newRow("keV name") << "a_12_345678KeV.tif" << p.at(8) << 1000.0 << 0 << 12345.678;
+    // "9_123456KeV" -> 9.123456 x 1000
+    QTest::newRow("keV one digit") << "b_9_123456KeV.tif" << p.at(9) << 1000.0 << 0 << 9123.456;
+    // No match: the frame number times the factor, 5 x 1000.
+    QTest::newRow("no match") << "frame.tif" << p.at(2) << 1000.0 << 5 << 5000.0;
+    // The full path is searched, and the directory comes first: "2024_01".
+    QTest::newRow("directory matches first") << "/data/2024_0112/s_7112_50.tif" << p.at(2) << 1.0 << 0 << 2024.01;
+    // The optional fifth digit: "17112_5000" -> 17112.5
+    QTest::newRow("five integer digits") << "s_17112_5000.tif" << p.at(0) << 1.0 << 0 << 17112.5;
+    // "7112_50eV" -> "7112.50EV" -> 7112.50
+    QTest::newRow("eV suffix removed") << "x_7112_50eV.tif" << p.at(3) << 1.0 << 0 << 7112.50;
+    QTest::newRow("point kept") << "s_8333.1234.tif" << p.at(4) << 1.0 << 0 << 8333.1234;
+    QTest::newRow("one decimal") << "s_8333.7_02.tif" << p.at(7) << 1.0 << 0 << 8333.7;
+    // Upper-casing: "12_5kev" -> "12.5KEV" -> 12.5
+    QTest::newRow("lower-case kev") << "b_12_5kev.tif" << "\\d\\d_\\dkev" << 1.0 << 0 << 12.5;
+    // "d8000" -> "D8000" -> "8000"
+    QTest::newRow("D removed") << "d8000.tif" << "d\\d\\d\\d\\d" << 1.0 << 0 << 8000.0;
+    // A factor that is not positive is not applied.
+    QTest::newRow("factor zero") << "sample_7112_50.tif" << p.at(2) << 0.0 << 0 << 7112.50;
+    QTest::newRow("factor negative") << "sample_7112_50.tif" << p.at(2) << -2.0 << 0 << 7112.50;
+    QTest::newRow("factor scales") << "sample_7112_50.tif" << p.at(2) << 0.5 << 0 << 3556.25;
+    // An invalid expression matches nothing: frame number 3.
+    QTest::newRow("invalid expression") << "sample_7112_50.tif" << "(\\d" << 2.0 << 3 << 6.0;
+    // The empty expression matches the empty text, which reads as 0.
+    QTest::newRow("empty pattern") << "sample_7112_50.tif" << "" << 1.0 << 4 << 0.0;
+    // What the expression finds need not be a number: 0.
+    QTest::newRow("match not a number") << "sample_abc.tif" << "abc" << 1.0 << 4 << 0.0;
+}
+
+void TestEnergyOfFiles::byName()
+{
+    QFETCH(QString, fileName);
+    QFETCH(QString, pattern);
+    QFETCH(double, factor);
+    QFETCH(int, fNo);
+    QFETCH(double, expected);
+
+    const EngByName n{ pattern, factor };
+    QCOMPARE(n.energy(fileName, fNo), expected);
+}
+
+void TestEnergyOfFiles::factorFor_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<double>("expected");
+
+    const QStringList p = EngByName::knownPatterns();
+    QTest::newRow("first") << p.at(0) << 1.0;
+    QTest::newRow("eV") << p.at(3) << 1.0;
+    QTest::newRow("keV list item") << p.at(8) << 1000.0;
+    QTest::newRow("kev any case") << "\\d+kEv" << 1000.0;
+    QTest::newRow("k and eV apart") << "k\\d+eV" << 1.0;
+}
+
+void TestEnergyOfFiles::factorFor()
+{
+    QFETCH(QString, pattern);
+    QFETCH(double, expected);
+    QCOMPARE(EngByName::factorFor(pattern), expected);
+}
+
+void TestEnergyOfFiles::fromNumber_data()
+{
+    QTest::addColumn<int>("unit");
+    QTest::addColumn<bool>("evenInEnergy");
+    QTest::addColumn<double>("start");
+    QTest::addColumn<double>("delta");
+    QTest::addColumn<double>("end");
+    QTest::addColumn<double>("num");
+    QTest::addColumn<int>("i");
+    QTest::addColumn<double>("d");
+    QTest::addColumn<double>("expected");
+
+    // Even in energy: start + delta * i, in eV or keV.
+    QTest::newRow("eV even energy") << 0 << true << 8000.0 << 1.0 << 9000.0 << 1000.0 << 5 << D0 << 8005.0;
+    QTest::newRow("eV even energy first") << 0 << true << 8000.0 << 1.0 << 9000.0 << 1000.0 << 0 << D0 << 8000.0;
+    QTest::newRow("keV even energy") << 1 << true << 8.0 << 0.001 << 9.0 << 1000.0 << 5 << D0 << 8005.0;
+
+    // Even in angle between the angles of start and end.
+    const double a0 = eVToAngle(8000);
+    const double a1 = eVToAngle(9000);
+    QTest::newRow("eV even angle first") << 0 << false << 8000.0 << 1.0 << 9000.0 << 1000.0 << 0 << D0 << 8000.0;
+    QTest::newRow("eV even angle last") << 0 << false << 8000.0 << 1.0 << 9000.0 << 1000.0 << 1000 << D0 << 9000.0;
+    // Half-way in angle is not half-way in energy.
+    const double mid = angleToEV(a0 + 500 * (a1 - a0) / 1000);
+    QVERIFY(std::fabs(mid - 8500) > 1);
+    QTest::newRow("eV even angle middle") << 0 << false << 8000.0 << 1.0 << 9000.0 << 1000.0 << 500 << D0 << mid;
+    // The delta plays no part in even angle.
+    QTest::newRow("eV even angle delta unused") << 0 << false << 8000.0 << 7.0 << 9000.0 << 1000.0 << 500 << D0 << mid;
+    QTest::newRow("keV even angle middle") << 1 << false << 8.0 << 0.001 << 9.0 << 1000.0 << 500 << D0 << mid;
+    // The crystal spacing is the one given.
+    const double dSi311 = 1.637478;
+    const double b0 = eVToAngle(8000, dSi311);
+    const double b1 = eVToAngle(9000, dSi311);
+    QTest::newRow("other crystal") << 0 << false << 8000.0 << 1.0 << 9000.0 << 100.0 << 30 << dSi311
+                                   << angleToEV(b0 + 30 * (b1 - b0) / 100, dSi311);
+    // Below 1977 eV the crystal has no angle: -1 is carried on as a number.
+    const double c1 = eVToAngle(9000);
+    QTest::newRow("unreachable start") << 0 << false << 1000.0 << 1.0 << 9000.0 << 10.0 << 2 << D0
+                                       << angleToEV(-1.0 + 2 * (c1 + 1.0) / 10);
+    // Degrees, either spacing: the energy of start + delta * i. 14 deg is
+    // about 8172.4 eV.
+    QTest::newRow("deg first") << 2 << false << 14.0 << 0.01 << 12.0 << 100.0 << 0 << D0 << angleToEV(14.0);
+    QTest::newRow("deg step") << 2 << false << 14.0 << -0.01 << 12.0 << 100.0 << 30 << D0 << angleToEV(13.7);
+    QTest::newRow("deg even energy") << 2 << true << 14.0 << -0.01 << 12.0 << 100.0 << 30 << D0 << angleToEV(13.7);
+    // Angle 0 divides by zero: infinity, not caught.
+    QTest::newRow("deg zero") << 2 << true << 0.0 << 1.0 << 12.0 << 100.0 << 0 << D0 << qInf();
+    // No points: 0/0 and a0 - inf, both end as NaN.
+    QTest::newRow("no points first") << 0 << false << 8000.0 << 1.0 << 9000.0 << 0.0 << 0 << D0 << qQNaN();
+    QTest::newRow("no points later") << 0 << false << 8000.0 << 1.0 << 9000.0 << 0.0 << 3 << D0 << qQNaN();
+}
+
+void TestEnergyOfFiles::fromNumber()
+{
+    QFETCH(int, unit);
+    QFETCH(bool, evenInEnergy);
+    QFETCH(double, start);
+    QFETCH(double, delta);
+    QFETCH(double, end);
+    QFETCH(double, num);
+    QFETCH(int, i);
+    QFETCH(double, d);
+    QFETCH(double, expected);
+
+    EngCalc c;
+    c.unit = unit;
+    c.evenInEnergy = evenInEnergy;
+    c.start = start;
+    c.delta = delta;
+    c.end = end;
+    c.num = num;
+    compareEnergy(c.fromNumber(i, d), expected);
+}
+
+void TestEnergyOfFiles::readRef_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QList<double>>("angles");
+
+    QTest::newRow("plain") << QByteArray("angle I0 I1\n14.0 1 2\n14.5\n# note\n15.0 3\n")
+                           << QList<double>{ 14.0, 14.5, 15.0 };
+    // The first line is always the header, even when it looks like data.
+    QTest::newRow("plain first line dropped") << QByteArray("13.0\n14.0\n") << QList<double>{ 14.0 };
+    QTest::newRow("plain hash word") << QByteArray("h\n#14.0 1\n  14.2  \n\n") << QList<double>{ 14.2 };
+    QTest::newRow("plain CRLF") << QByteArray("h\r\n14.0\r\n14.5\r\n") << QList<double>{ 14.0, 14.5 };
+    // Not the word "9809": a plain table.
+    QTest::newRow("98090 is plain") << QByteArray("98090 scan\n14.0 13.0\n") << QList<double>{ 14.0 };
+    // Scan files: header up to "Offset", angle in column 1; rows without
+    // column 1 are passed over.
+    QTest::newRow("9809") << QByteArray("9809  scan\nD= 3.1 A\n1 2 3\nOffset 0 0 0\n1 14.0 5 6\n7\n2 14.5 5 6\n")
+                          << QList<double>{ 14.0, 14.5 };
+    QTest::newRow("9809 blanks") << QByteArray("   9809\tscan\n   Offset:\n0  14.0\n# 1 2\n")
+                                 << QList<double>{ 14.0 };
+    QTest::newRow("9809 without Offset") << QByteArray("9809\n1 14.0\n2 14.5\n") << QList<double>{};
+    // An angle that does not read is 0, and 0 degrees is infinity.
+    QTest::newRow("angle not a number") << QByteArray("h\nabc\n14.0\n") << QList<double>{ 0.0, 14.0 };
+    QTest::newRow("empty file") << QByteArray() << QList<double>{};
+    QTest::newRow("binary garbage") << QByteArray("\x00\x01\xff\xfe\n\x80\x81", 8) << QList<double>{ 0.0 };
+}
+
+void TestEnergyOfFiles::readRef()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QList<double>, angles);
+
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath("ref.dat");
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(text);
+    f.close();
+
+    RefEnergies ref;
+    ref.energies = { 1.0, 2.0 }; // stale rows from an earlier file
+    LogCapture log;
+    QVERIFY(ref.read(path, D0));
+    QVERIFY(log.lines().contains("reading simple"));
+    QCOMPARE(ref.energies.size(), angles.size());
+    for (int i = 0; i < angles.size(); ++i)
+        QCOMPARE(ref.energies.at(i), angleToEV(angles.at(i)));
+}
+
+void TestEnergyOfFiles::refUnreadable_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << "no-such.dat";
+    QTest::newRow("directory") << "sub";
+}
+
+void TestEnergyOfFiles::refUnreadable()
+{
+    QFETCH(QString, name);
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QVERIFY(QDir(dir.path()).mkdir("sub"));
+    const QString path = dir.filePath(name);
+
+    RefEnergies ref;
+    ref.energies = { 9000.0, 9001.0 };
+    LogCapture log;
+    QVERIFY(!ref.read(path, D0));
+    QCOMPARE(log.lines(), QStringList{ "Can't open ref file " + path });
+    QCOMPARE(ref.energies, (QVector<double>{ 9000.0, 9001.0 }));
+}
+
+void TestEnergyOfFiles::refRow_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<int>("totalFiles");
+    QTest::addColumn<int>("fNo");
+    QTest::addColumn<bool>("fromEnd");
+    QTest::addColumn<double>("expected");
+
+    // Row r holds 9000 + r.
+    QTest::newRow("from end first") << 100 << 90 << 0 << true << 9010.0;
+    QTest::newRow("from end last") << 100 << 90 << 89 << true << 9099.0;
+    QTest::newRow("from start first") << 100 << 90 << 0 << false << 9000.0;
+    QTest::newRow("from start last") << 100 << 90 << 89 << false << 9089.0;
+    // More frames than rows: 0 + 10 - 20 < 0 takes the first row.
+    QTest::newRow("before first row") << 10 << 20 << 0 << true << 9000.0;
+    QTest::newRow("from end middle") << 10 << 20 << 15 << true << 9005.0;
+    QTest::newRow("beyond last row") << 10 << 20 << 15 << false << 9009.0;
+    // No rows: the stand-by 8000 + fNo.
+    QTest::newRow("no rows") << 0 << 20 << 7 << true << 8007.0;
+    QTest::newRow("no rows from start") << 0 << 20 << 0 << false << 8000.0;
+}
+
+void TestEnergyOfFiles::refRow()
+{
+    QFETCH(int, rows);
+    QFETCH(int, totalFiles);
+    QFETCH(int, fNo);
+    QFETCH(bool, fromEnd);
+    QFETCH(double, expected);
+
+    RefEnergies ref;
+    for (int r = 0; r < rows; ++r)
+        ref.energies.append(9000 + r);
+    QCOMPARE(ref.energy(fNo, totalFiles, fromEnd), expected);
+}
+
+void TestEnergyOfFiles::source_data()
+{
+    QTest::addColumn<bool>("byName");
+    QTest::addColumn<bool>("byRef");
+    QTest::addColumn<bool>("byNum");
+    QTest::addColumn<double>("expected");
+
+    // Name gives 1111.25, the file 7777, the recipe 3333 + 2 (frame 2).
+    QTest::newRow("name") << true << false << false << 1111.25;
+    QTest::newRow("name before file") << true << true << false << 1111.25;
+    QTest::newRow("name before all") << true << true << true << 1111.25;
+    QTest::newRow("file") << false << true << false << 7777.0;
+    QTest::newRow("number before file") << false << true << true << 3335.0;
+    QTest::newRow("number") << false << false << true << 3335.0;
+    QTest::newRow("nothing chosen") << false << false << false << 3335.0;
+}
+
+void TestEnergyOfFiles::source()
+{
+    QFETCH(bool, byName);
+    QFETCH(bool, byRef);
+    QFETCH(bool, byNum);
+    QFETCH(double, expected);
+
+    EngOfFiles s;
+    s.fromFileName = byName;
+    s.fromRefFile = byRef;
+    s.fromFileNum = byNum;
+    s.byName = { EngByName::knownPatterns().at(2), 1 };
+    s.calc.evenInEnergy = true;
+    s.calc.start = 3333;
+    RefEnergies ref;
+    ref.energies = { 7777 };
+    QCOMPARE(s.energyOf("/d/x_1111_25.tif", 2, 1, ref, D0), expected);
+}
+
+QTEST_GUILESS_MAIN(TestEnergyOfFiles)
+#include "tst_energyoffiles.moc"
