@@ -72,6 +72,43 @@ bool TiffData::read(const QString &name, ErrPoints *errPs)
     return true;
 }
 
+bool TiffData::allocate(quint32 w, quint32 h, int type)
+{
+    std::size_t pixelBytes;
+    switch (type) {
+    case PixelU16:
+        pixelBytes = sizeof(quint16);
+        break;
+    case PixelU32:
+        pixelBytes = sizeof(quint32);
+        break;
+    case PixelF32:
+        pixelBytes = sizeof(float);
+        break;
+    default:
+        return false; // PixelTiffU16 rows belong to libtiff's allocator
+    }
+    if (w == 0 || h == 0 || qint64(w) * qint64(h) * qint64(pixelBytes) > kMaxFrameBytes)
+        return false;
+    FrameLoad load;
+    load.begin(type, h);
+    for (quint32 y = 0; y < h; ++y) {
+        if (!load.appendRow(std::size_t(w) * pixelBytes))
+            return false; // load frees the rows made so far
+    }
+    load.width = w;
+    load.height = h;
+    load.xOffset = xOffset;
+    load.yOffset = yOffset;
+    load.scanlineBytes = 0;
+    load.bytesPerPixel = bytesPerPixel;
+    load.exposureMs = exposureMs;
+    load.min = 0.0;
+    load.max = 0.0;
+    takePixels(load);
+    return true;
+}
+
 void TiffData::takePixels(FrameLoad &load)
 {
     FrameLoad::freeRows(rows, pixelType);

@@ -57,6 +57,12 @@ public:
         }
     }
 
+    // Gives the frame zeroed pixels of w x h in `type` (PixelU16, PixelU32 or
+    // PixelF32), replacing those it held, for frames made in code rather than
+    // read. False, with the frame unchanged, for an empty size, another type,
+    // more than kMaxFrameBytes or short memory.
+    bool allocate(quint32 w, quint32 h, int type);
+
     // Writes a value at image coordinates, truncated toward zero to the pixel
     // type (and pinned to its range); nothing happens outside the frame.
     void setPixel(int x, int y, double v);
