@@ -267,9 +267,16 @@ double TiffData::interpolatedBoxSum(const QVector<TiffData *> &frames, double e,
         return 1.0;
     if (n == 1)
         return frames.at(0)->boxSum(x, y, hw, vw);
-
     qsizetype a;
     qsizetype b;
+    interpolationPair(frames, e, a, b);
+    return interpolateSums(frames.at(a)->energy, frames.at(a)->boxSum(x, y, hw, vw), frames.at(b)->energy,
+                           frames.at(b)->boxSum(x, y, hw, vw), e);
+}
+
+void TiffData::interpolationPair(const QVector<TiffData *> &frames, double e, qsizetype &a, qsizetype &b)
+{
+    const qsizetype n = frames.size();
     if (e <= frames.at(0)->energy) {
         a = 0;
         b = 1;
@@ -289,10 +296,10 @@ double TiffData::interpolatedBoxSum(const QVector<TiffData *> &frames, double e,
         a = lo;
         b = hi;
     }
-    const double ea = frames.at(a)->energy;
-    const double eb = frames.at(b)->energy;
-    const double sa = frames.at(a)->boxSum(x, y, hw, vw);
-    const double sb = frames.at(b)->boxSum(x, y, hw, vw);
+}
+
+double TiffData::interpolateSums(double ea, double sa, double eb, double sb, double e)
+{
     if (ea == eb)
         return (sa + sb) / 2.0;
     return sa + (e - ea) * (sb - sa) / (eb - ea);

@@ -89,6 +89,12 @@ public:
     // An empty list gives 1.0; a single frame gives its own boxSum.
     static double interpolatedBoxSum(const QVector<TiffData *> &frames, double e, int x, int y, int hw,
                                      int vw);
+    // The two frames that interpolatedBoxSum reads at e, for two frames or
+    // more: the first two at or below the first energy, the last two at or
+    // above the last, else the bracket found by bisection.
+    static void interpolationPair(const QVector<TiffData *> &frames, double e, qsizetype &a, qsizetype &b);
+    // The line through (ea, sa) and (eb, sb) at e; the mean where ea == eb.
+    static double interpolateSums(double ea, double sa, double eb, double sb, double e);
 
     // Replaces each masked pixel that lies in the frame by the mean of its
     // good neighbours (see the .cpp for one intended irregularity). The

@@ -128,6 +128,8 @@ private slots:
     void initTestCase();
     void absorption_data();
     void absorption();
+    void framesInAnyOrder_data();
+    void framesInAnyOrder();
     void byCorners_data();
     void byCorners();
     void rawSpectrum_data();
@@ -501,6 +503,43 @@ void TestAbsorption::absorption()
         QCOMPARE(out.iYMax, hi);
         QCOMPARE(out.xMin, 100.0);
         QCOMPARE(out.xMax, 100.0 + 10 * (mu.size() - 1));
+    }
+}
+
+void TestAbsorption::framesInAnyOrder_data()
+{
+    QTest::addColumn<QVector<int>>("order"); // I1 frames by index into the fixture
+    QTest::addColumn<int>("i0");
+
+    QTest::newRow("descending") << QVector<int>{2, 1, 0} << int(I0Full);
+    QTest::newRow("back and forth") << QVector<int>{1, 0, 2, 0, 2, 2, 1} << int(I0Full);
+    QTest::newRow("one-frame I0") << QVector<int>{2, 0, 1} << int(I0One);
+    QTest::newRow("extrapolated both ways") << QVector<int>{0, 2, 0, 1} << int(I0Narrow);
+}
+
+// Frames come in file order, not energy order: each frame still meets the I0
+// stack at its own energy, however the pairs of I0 frames alternate.
+void TestAbsorption::framesInAnyOrder()
+{
+    QFETCH(QVector<int>, order);
+    QFETCH(int, i0);
+
+    QVector<TiffData *> i1;
+    for (int k : order)
+        i1 << m_i1[k];
+    const QVector<TiffData *> i0Frames = stack(I0Kind(i0));
+    const QVector<Model> &models = i0 == I0Full ? kI0Full : i0 == I0One ? kI0One : kI0Narrow;
+    AbsorptionInput in;
+    in.i1Frames = &i1;
+    in.i0Frames = &i0Frames;
+    Spectrum out;
+    Absorption::absorptionSpectrum(in, 3, 2, 1, 0, out);
+    QCOMPARE(out.size(), order.size());
+    for (int i = 0; i < order.size(); ++i) {
+        const Model &m = kI1[order[i]];
+        QCOMPARE(out.points[i].x(), m.e);
+        QVERIFY2(same(out.points[i].y(), ln(refStack(models, m.e, 3, 2, 1, 0) / refBox(m, 3, 2, 1, 0))),
+                 qPrintable(QString::number(i)));
     }
 }
 
