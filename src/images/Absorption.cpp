@@ -41,8 +41,8 @@ double muOf(double a, double b, bool fluoType)
     return b * a > 0 ? std::log(a / b) : 1.0;
 }
 
-// Both ends of a difference of two ints halved and rounded up still fit in an
-// int except for the single extreme pair; that one is pinned.
+// Half the difference of two ints, rounded up. It fits an int except for the
+// one extreme pair of corners, which is pinned.
 int halfRoundedUp(int from, int to)
 {
     const qint64 d = qint64(to) - qint64(from);

@@ -272,9 +272,6 @@ void TestAbsorption::absorption_data()
     s.useI0 = false;
     QTest::newRow("no I0: a = N") << s << 2 << 1 << 1 << 1
                                   << perFrame([&](int k) { return ln(9.0 / (486 + 90 * k)); });
-    s.fluo = true;
-    QTest::newRow("no I0, fluorescence") << s << 2 << 1 << 1 << 1
-                                         << perFrame([&](int k) { return (486 + 90 * k) / 9.0; });
 
     // I0 sums over the same box: 9 * 200 + 54 + 9 = 1863 at 95 eV, +360 a frame
     // of the stack: 2043 at 100, 2313 at 110, 2493 at 120 eV.
@@ -282,9 +279,6 @@ void TestAbsorption::absorption_data()
     s.i0 = I0Full;
     QTest::newRow("I0 stack, hand") << s << 2 << 1 << 1 << 1
                                     << QVector<double>{ln(2043.0 / 486), ln(2313.0 / 576), ln(2493.0 / 666)};
-    QTest::newRow("I0 stack, edge box") << s << 4 << 3 << 2 << 1 << perFrame([&](int k) {
-        return ln(refStack(kI0Full, E(k), 4, 3, 2, 1) / b(k, 4, 3, 2, 1));
-    });
     s.fluo = true;
     QTest::newRow("I0 stack, fluorescence") << s << 1 << 2 << 1 << 0 << perFrame([&](int k) {
         return b(k, 1, 2, 1, 0) / refStack(kI0Full, E(k), 1, 2, 1, 0);
@@ -308,12 +302,8 @@ void TestAbsorption::absorption_data()
     s = Setup();
     QTest::newRow("empty I0 stack: a = 1") << s << 2 << 1 << 1 << 1
                                            << perFrame([&](int k) { return ln(1.0 / (486 + 90 * k)); });
-    s.fluo = true;
-    QTest::newRow("empty I0 stack, fluorescence") << s << 2 << 1 << 1 << 1
-                                                  << perFrame([&](int k) { return 486.0 + 90 * k; });
     // Dark box x 1..3, y 0..2: 3 * (5 + 6 + 7) = 54; 54 / 100 ms * 1 ms = 0.54,
     // so a = 0.46 for I0 and d1 = 0.54 * 2 = 1.08 for I1.
-    s.fluo = false;
     s.dark = true;
     s.darkExp = 100;
     s.i1Exp = 2;
@@ -388,10 +378,6 @@ void TestAbsorption::absorption_data()
     s.useI0 = false;
     s.i1Area = true;
     QTest::newRow("dark area above the signal: guard") << s << 0 << 0 << 0 << 0 << QVector<double>{1.0, 1.0, 1.0};
-    s.fluo = true;
-    QTest::newRow("dark area above the signal, fluorescence") << s << 0 << 0 << 0 << 0 << perFrame([&](int k) {
-        return (50.0 + 10 * k - (51.5 + 10 * k)) / 1.0;
-    });
 
     // Total I0 of I1: rows 5000, 7000, then nothing (a = 0), no dark on a.
     s = Setup();
@@ -435,9 +421,6 @@ void TestAbsorption::absorption_data()
     QTest::newRow("negative width: N = -1 * 3") << s << 2 << 1 << -1 << 1 << QVector<double>{1.0, 1.0, 1.0};
     QTest::newRow("both widths negative: N = -1 * -1") << s << 2 << 1 << -1 << -1
                                                        << perFrame([&](int k) { return ln(1.0 / (486 + 90 * k)); });
-    s.fluo = true;
-    QTest::newRow("negative width, fluorescence") << s << 2 << 1 << 1 << -1
-                                                  << perFrame([&](int k) { return (486 + 90 * k) / -3.0; });
     s = Setup();
     s.i0 = I0Full;
     QTest::newRow("negative widths with I0 stack") << s << 2 << 1 << -1 << -1
