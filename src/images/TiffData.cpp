@@ -76,6 +76,43 @@ bool TiffData::read(const QString &name, ErrPoints *errPs)
     return true;
 }
 
+bool TiffData::allocate(quint32 w, quint32 h, int type)
+{
+    std::size_t pixelBytes;
+    switch (type) {
+    case PixelU16:
+        pixelBytes = sizeof(quint16);
+        break;
+    case PixelU32:
+        pixelBytes = sizeof(quint32);
+        break;
+    case PixelF32:
+        pixelBytes = sizeof(float);
+        break;
+    default:
+        return false; // PixelTiffU16 rows belong to libtiff's allocator
+    }
+    if (w == 0 || h == 0 || qint64(w) * qint64(h) * qint64(pixelBytes) > kMaxFrameBytes)
+        return false;
+    FrameLoad load;
+    load.begin(type, h);
+    for (quint32 y = 0; y < h; ++y) {
+        if (!load.appendRow(std::size_t(w) * pixelBytes))
+            return false; // load frees the rows made so far
+    }
+    load.width = w;
+    load.height = h;
+    load.xOffset = xOffset;
+    load.yOffset = yOffset;
+    load.scanlineBytes = 0;
+    load.bytesPerPixel = bytesPerPixel;
+    load.exposureMs = exposureMs;
+    load.min = 0.0;
+    load.max = 0.0;
+    takePixels(load);
+    return true;
+}
+
 void TiffData::takePixels(FrameLoad &load)
 {
     FrameLoad::freeRows(rows, pixelType);
@@ -304,9 +341,16 @@ double TiffData::interpolatedBoxSum(const QVector<TiffData *> &frames, double e,
         return 1.0;
     if (n == 1)
         return frames.at(0)->boxSum(x, y, hw, vw);
-
     qsizetype a;
     qsizetype b;
+    interpolationPair(frames, e, a, b);
+    return interpolateSums(frames.at(a)->energy, frames.at(a)->boxSum(x, y, hw, vw), frames.at(b)->energy,
+                           frames.at(b)->boxSum(x, y, hw, vw), e);
+}
+
+void TiffData::interpolationPair(const QVector<TiffData *> &frames, double e, qsizetype &a, qsizetype &b)
+{
+    const qsizetype n = frames.size();
     if (e <= frames.at(0)->energy) {
         a = 0;
         b = 1;
@@ -326,10 +370,10 @@ double TiffData::interpolatedBoxSum(const QVector<TiffData *> &frames, double e,
         a = lo;
         b = hi;
     }
-    const double ea = frames.at(a)->energy;
-    const double eb = frames.at(b)->energy;
-    const double sa = frames.at(a)->boxSum(x, y, hw, vw);
-    const double sb = frames.at(b)->boxSum(x, y, hw, vw);
+}
+
+double TiffData::interpolateSums(double ea, double sa, double eb, double sb, double e)
+{
     if (ea == eb)
         return (sa + sb) / 2.0;
     return sa + (e - ea) * (sb - sa) / (eb - ea);

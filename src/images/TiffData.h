@@ -58,6 +58,12 @@ public:
         }
     }
 
+    // Gives the frame zeroed pixels of w x h in `type` (PixelU16, PixelU32 or
+    // PixelF32), replacing those it held, for frames made in code rather than
+    // read. False, with the frame unchanged, for an empty size, another type,
+    // more than kMaxFrameBytes or short memory.
+    bool allocate(quint32 w, quint32 h, int type);
+
     // Writes a value at image coordinates, truncated toward zero to the pixel
     // type (and pinned to its range); nothing happens outside the frame.
     void setPixel(int x, int y, double v);
@@ -87,6 +93,12 @@ public:
     // An empty list gives 1.0; a single frame gives its own boxSum.
     static double interpolatedBoxSum(const QVector<TiffData *> &frames, double e, int x, int y, int hw,
                                      int vw);
+    // The two frames that interpolatedBoxSum reads at e, for two frames or
+    // more: the first two at or below the first energy, the last two at or
+    // above the last, else the bracket found by bisection.
+    static void interpolationPair(const QVector<TiffData *> &frames, double e, qsizetype &a, qsizetype &b);
+    // The line through (ea, sa) and (eb, sb) at e; the mean where ea == eb.
+    static double interpolateSums(double ea, double sa, double eb, double sb, double e);
 
     // Replaces each masked pixel that lies in the frame by the mean of its
     // good neighbours (see the .cpp for one intended irregularity). The

@@ -1,0 +1,237 @@
+#include "images/Absorption.h"
+
+#include "images/AbsorptionInput.h"
+#include "images/TiffData.h"
+#include "spectrum/Spectrum.h"
+#include "spectrum/XafsSpectrum.h"
+
+#include <climits>
+#include <cmath>
+
+namespace {
+
+const QVector<TiffData *> &framesOf(const QVector<TiffData *> *frames)
+{
+    static const QVector<TiffData *> none;
+    return frames ? *frames : none;
+}
+
+// imgW and imgH: the size of the first I1 frame, 0 x 0 without frames.
+void imageSize(const QVector<TiffData *> &i1, qint64 &w, qint64 &h)
+{
+    w = i1.isEmpty() ? 0 : qint64(i1.first()->width);
+    h = i1.isEmpty() ? 0 : qint64(i1.first()->height);
+}
+
+bool centreInside(const QVector<TiffData *> &i1, int x, int y)
+{
+    qint64 w;
+    qint64 h;
+    imageSize(i1, w, h);
+    return x >= 0 && y >= 0 && x < w && y < h;
+}
+
+// mu from a reference a and a signal b. In transmission a zero or negative
+// product gives 1.0 rather than a skipped point or a NaN; in fluorescence the
+// quotient stands as it comes.
+double muOf(double a, double b, bool fluoType)
+{
+    if (fluoType)
+        return b / a;
+    return b * a > 0 ? std::log(a / b) : 1.0;
+}
+
+// Half the difference of two ints, rounded up. It fits an int except for the
+// one extreme pair of corners, which is pinned.
+int halfRoundedUp(int from, int to)
+{
+    const qint64 d = qint64(to) - qint64(from);
+    const qint64 half = d >= 0 ? (d + 1) / 2 : d / 2;
+    return int(qBound(qint64(INT_MIN), half, qint64(INT_MAX)));
+}
+
+// interpolatedBoxSum of one box over a stack at energy after energy, with the
+// last two frame sums kept: I1 frames follow the energies of the I0 frames,
+// so consecutive I1 frames share one I0 frame of their pairs, and each I0
+// frame is summed once instead of twice. Same sums, same line: the values
+// equal interpolatedBoxSum's to the bit.
+class StackSums
+{
+public:
+    StackSums(const QVector<TiffData *> &frames, int x, int y, int hw, int vw)
+        : m_frames(frames), m_x(x), m_y(y), m_hw(hw), m_vw(vw)
+    {
+    }
+
+    double at(double e)
+    {
+        const qsizetype n = m_frames.size();
+        if (n == 0)
+            return 1.0;
+        if (n == 1)
+            return sum(0);
+        qsizetype a;
+        qsizetype b;
+        TiffData::interpolationPair(m_frames, e, a, b);
+        const double sa = sum(a);
+        const double sb = sum(b);
+        return TiffData::interpolateSums(m_frames.at(a)->energy, sa, m_frames.at(b)->energy, sb, e);
+    }
+
+private:
+    // Two slots, the one not used last is replaced.
+    double sum(qsizetype i)
+    {
+        for (int k = 0; k < 2; ++k) {
+            if (m_index[k] == i) {
+                m_older = 1 - k;
+                return m_sum[k];
+            }
+        }
+        const int k = m_older;
+        m_index[k] = i;
+        m_sum[k] = m_frames.at(i)->boxSum(m_x, m_y, m_hw, m_vw);
+        m_older = 1 - k;
+        return m_sum[k];
+    }
+
+    const QVector<TiffData *> &m_frames;
+    const int m_x;
+    const int m_y;
+    const int m_hw;
+    const int m_vw;
+    qsizetype m_index[2] = {-1, -1};
+    double m_sum[2] = {0.0, 0.0};
+    int m_older = 0;
+};
+
+void section(const AbsorptionInput &in, int index, bool inI0Stack, bool horizontal, int at, int hw, int vw,
+             bool asAbsorption, Spectrum &out)
+{
+    out.reset();
+    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
+    const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
+    const QVector<TiffData *> &stack = (asAbsorption || !inI0Stack) ? i1 : i0;
+    if (index < 0 || index >= stack.size())
+        return;
+    qint64 w;
+    qint64 h;
+    imageSize(i1, w, h);
+    const qint64 across = horizontal ? h : w; // the extent `at` must lie in
+    const qint64 along = horizontal ? w : h;
+    if (at < 0 || at >= across)
+        return;
+    const TiffData *frame = stack.at(index);
+    out.reserve(int(along));
+    for (qint64 i = 0; i < along; ++i) {
+        const int x = horizontal ? int(i) : at;
+        const int y = horizontal ? at : int(i);
+        const double s = frame->boxSum(x, y, hw, vw);
+        double value = s;
+        if (asAbsorption) {
+            const double i0Sum = TiffData::interpolatedBoxSum(i0, frame->energy, x, y, hw, vw);
+            value = muOf(i0Sum, s, in.fluoType);
+        }
+        out.addPoint(horizontal ? double(x) : double(h - y), value);
+    }
+}
+
+} // namespace
+
+namespace Absorption {
+
+void updateDarkList(const QVector<TiffData *> &frames, const TiffData *dark, const QRectF &rect,
+                    QVector<double> &list)
+{
+    if (list.size() >= frames.size())
+        return;
+    const double darkMean = dark ? dark->rectMean(rect) : 0.0;
+    list.reserve(frames.size());
+    for (qsizetype i = list.size(); i < frames.size(); ++i)
+        list.append(frames.at(i)->rectMean(rect) - darkMean);
+}
+
+void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out)
+{
+    out.reset();
+    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
+    const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
+    if (i1.isEmpty() || !centreInside(i1, x, y))
+        return;
+
+    // In double: widths near INT_MAX must not overflow. Signs as given.
+    const double n = (2.0 * hw + 1.0) * (2.0 * vw + 1.0);
+
+    double darkI1 = 0.0;
+    double darkI0 = 0.0;
+    if (in.dark) {
+        // Counts per ms of the dark, brought to each stack's exposure.
+        const double rate = in.dark->boxSum(x, y, hw, vw) / in.darkExpTime;
+        darkI1 = rate * in.i1ExpTime;
+        darkI0 = rate * in.i0ExpTime;
+    }
+
+    const bool i1Area = in.useI1DarkArea && in.i1DarkList;
+    const bool i0Area = in.useI0DarkArea && in.i0DarkList;
+    if (i1Area)
+        updateDarkList(i1, in.dark, in.i1DarkRect, *in.i1DarkList);
+    if (i0Area)
+        updateDarkList(i0, in.dark, in.i0DarkRect, *in.i0DarkList);
+    const Spectrum *total = (in.totalI0ofI1 && !in.totalI0ofI1->points.isEmpty()) ? &in.totalI0ofI1->i0Curve
+                                                                                   : nullptr;
+
+    StackSums i0Sums(i0, x, y, hw, vw);
+    out.reserve(int(i1.size()));
+    for (qsizetype i = 0; i < i1.size(); ++i) {
+        const TiffData *frame = i1.at(i);
+        // The I1 list is at least as long as the stack after the update; a
+        // list of another stack's length may not be, and adds nothing then.
+        double d1 = darkI1;
+        if (i1Area && i < in.i1DarkList->size())
+            d1 = in.i1DarkList->at(i) * n + darkI1;
+        double d0 = darkI0;
+        if (i0Area && i < in.i0DarkList->size())
+            d0 = in.i0DarkList->at(i) * n + darkI0;
+
+        // The total I0 wins over both others; the stack is then not read.
+        double a = n;
+        if (total)
+            a = i < total->points.size() ? total->points.at(i).y() : 0.0;
+        else if (in.useI0)
+            a = i0Sums.at(frame->energy) - d0;
+        const double b = frame->boxSum(x, y, hw, vw) - d1;
+        out.addPoint(frame->energy, muOf(a, b, in.fluoType));
+    }
+}
+
+void absorptionSpectrumByCorners(const AbsorptionInput &in, int x0, int y0, int x1, int y1, Spectrum &out)
+{
+    const int x = int((qint64(x0) + qint64(x1)) / 2);
+    const int y = int((qint64(y0) + qint64(y1)) / 2);
+    absorptionSpectrum(in, x, y, halfRoundedUp(x0, x1), halfRoundedUp(y0, y1), out);
+}
+
+void rawSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out)
+{
+    out.reset();
+    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
+    if (i1.isEmpty() || !centreInside(i1, x, y))
+        return;
+    out.reserve(int(i1.size()));
+    for (const TiffData *frame : i1)
+        out.addPoint(frame->energy, frame->boxSum(x, y, hw, vw));
+}
+
+void horizontalSection(const AbsorptionInput &in, int index, bool inI0Stack, int y, int hw, int vw,
+                       bool asAbsorption, Spectrum &out)
+{
+    section(in, index, inI0Stack, true, y, hw, vw, asAbsorption, out);
+}
+
+void verticalSection(const AbsorptionInput &in, int index, bool inI0Stack, int x, int hw, int vw,
+                     bool asAbsorption, Spectrum &out)
+{
+    section(in, index, inI0Stack, false, x, hw, vw, asAbsorption, out);
+}
+
+} // namespace Absorption

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QRectF>
+#include <QVector>
+
+struct AbsorptionInput;
+class Spectrum;
+class TiffData;
+
+// The absorption formula and the other per-box curves of the image stacks,
+// free of any widget: the main window gathers its state into an
+// AbsorptionInput and calls these.
+//
+// Every function fills a caller-owned Spectrum: it is reset, then refilled,
+// so a Spectrum kept between calls (and not shared with a copy still alive)
+// allocates nothing once it has been filled once. Extremes and their indices
+// are those that Spectrum::addPoint tracks.
+//
+// Boxes have centre (x, y) and half widths hw, vw; a box sums pixels from
+// x-|hw| to x+|hw| and y-|vw| to y+|vw|, and pixels outside a frame count 0.
+namespace Absorption {
+
+// (energy, mu) for each I1 frame in load order. Empty without I1 frames or
+// for a centre outside the first I1 frame (x or y negative, x >= width,
+// y >= height).
+//
+// N = (2 hw + 1) * (2 vw + 1) is the nominal I0 without an I0 stack; it is
+// taken with the signs of the widths as given, so negative widths make it
+// negative although the sums use their magnitudes. N stays the full box where
+// the box leaves the frame: the signal falls, the reference does not.
+//
+// Per frame i: d1 = D1 (+ i1DarkList[i] * N with the I1 dark area),
+// d0 likewise, b = boxSum - d1, and
+//   a = N, or with useI0 the I0 stack interpolated at the frame's energy
+//   minus d0 (1.0 - d0 for an empty stack), or, overriding both, row i of the
+//   total I0's i0Curve (0 beyond its end), which takes no dark correction.
+// mu = b / a with fluoType, unguarded; otherwise ln(a / b), or 1.0 where
+// b * a <= 0 so that the spectrum keeps all its points.
+// An I0 dark list shorter than the I1 stack adds nothing beyond its end.
+//
+// Grows the dark lists that are in use (see updateDarkList).
+void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out);
+
+// The same for the rectangle with corners (x0, y0) and (x1, y1): centre at
+// the truncated mean of the corners, half widths half the differences
+// rounded up.
+void absorptionSpectrumByCorners(const AbsorptionInput &in, int x0, int y0, int x1, int y1, Spectrum &out);
+
+// (energy, boxSum) for each I1 frame, with the bounds test of
+// absorptionSpectrum and neither dark nor I0.
+void rawSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out);
+
+// A section along row y (horizontal) or column x (vertical) of frame `index`
+// of the I0 stack (inI0Stack) or the I1 stack; with asAbsorption always of
+// the I1 stack, each box sum s then turned into s / i0 (fluoType) or
+// ln(i0 / s) (1.0 where s * i0 <= 0), i0 being the I0 stack interpolated at
+// the frame's energy. No dark, no total I0, whatever useI0 says.
+// Horizontal points are (x, value) for x = 0 .. imgW - 1; vertical points are
+// (imgH - y, value) for y = 0 .. imgH - 1, so their abscissa runs from imgH
+// down to 1. imgW and imgH come from the first I1 frame; a row or column
+// outside it, or an index outside the stack, gives nothing.
+void horizontalSection(const AbsorptionInput &in, int index, bool inI0Stack, int y, int hw, int vw,
+                       bool asAbsorption, Spectrum &out);
+void verticalSection(const AbsorptionInput &in, int index, bool inI0Stack, int x, int hw, int vw,
+                     bool asAbsorption, Spectrum &out);
+
+// Appends, for each frame from list.size() on, the mean over rect of that
+// frame less the mean over rect of the dark frame (when there is one). The
+// list grows with the stack, so keeping it current during loading is cheap
+// and rectMean stays out of the per-box loop.
+void updateDarkList(const QVector<TiffData *> &frames, const TiffData *dark, const QRectF &rect,
+                    QVector<double> &list);
+
+} // namespace Absorption
