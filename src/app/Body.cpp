@@ -9,6 +9,7 @@
 #include "view/ColorBar.h"
 
 #include <QDebug>
+#include <QScrollBar>
 
 namespace {
 const char *const BatchBanner = " =========== Batchs in Config ==============";
@@ -33,6 +34,7 @@ Body::Body(QWidget *parent)
     setupBatch();
     setupFilePanels();
     setupLoading();
+    setupNavigation();
     setupAnalyzer2();
 
     // CheckVals, the BG file chooser and view, and the position memory go here.
@@ -70,6 +72,10 @@ void Body::setupForm()
 {
     ui->setupUi(this);
     setWindowTitle(QStringLiteral("Tessarelle"));
+    // The side column scrolls on short screens; it keeps room for its
+    // scroll bar, so that the bar never covers the fields' right edge.
+    ui->sideScroll->setMinimumWidth(ui->sideContents->sizeHint().width()
+                                    + ui->sideScroll->verticalScrollBar()->sizeHint().width());
     // Frames render through the colour bar from here on.
     gColorBar = ui->CBar;
     ui->CBarAll->setText(QStringLiteral("Set All"));
@@ -85,6 +91,8 @@ void Body::setupSelectionGroup()
     selGroup.addButton(ui->ShowI0, 1);
     selGroup.addButton(ui->ShowShiftMap, 2);
     selGroup.addButton(ui->ShowResAnalysis, 3);
+    for (QAbstractButton *b : selGroup.buttons())
+        connect(b, &QAbstractButton::toggled, this, &Body::dispImgSelected);
 }
 
 void Body::setupAnalyzer2()

@@ -17,7 +17,9 @@
 class BatchCtrl;
 class BatchDispatcher;
 class LoadTiff;
+class QPainter;
 class QThread;
+class SelectDataFiles;
 
 namespace Ui {
 class Body;
@@ -88,6 +90,25 @@ public slots:
     void clearI1Files();
     void clearI0Files();
 
+    // Navigation (src/view/BodyView.cpp). showData(no) shows frame no of the
+    // stack chosen by ShowData/ShowI0 (nothing outside it) and moves SeekBar
+    // and ImgNo to no. sliderMoved, prev, next and seekImage also move the
+    // current index of that stack's file panel; newImageNo follows ImgNo.
+    void showData(int no);
+    void sliderMoved(int idx);
+    void prev();
+    void next();
+    void seekImage(int imgNo);
+    void newImageNo();
+    // One of the four display buttons was toggled.
+    void dispImgSelected(bool checked);
+    // The whole image becomes the selected area.
+    void selAreaFull();
+
+private slots:
+    // The selected area over the image, and BoxSize with it.
+    void drawSelectedArea(QPainter *p);
+
 private:
     // Construction, in the order the constructor calls them. The order
     // matters: the form must exist before any step connects to it, and the
@@ -120,10 +141,38 @@ private:
     void teardownLoading();
     QVector<TiffData *> i1Frames;
     QVector<TiffData *> i0Frames;
+    // Size and detector offsets of the first I1 frame.
+    int imgW = 0;
+    int imgH = 0;
+    int imgX0 = 0;
+    int imgY0 = 0;
     QThread *i1LoadThread = nullptr;
     QThread *i0LoadThread = nullptr;
     LoadTiff *i1Loader = nullptr;
     LoadTiff *i0Loader = nullptr;
+    // Hooks for the spectrum under the pointer (src/images/BodyImages.cpp),
+    // which the spectrum view fills in: a new I1 stack makes the two
+    // spectrum views scale anew, a new frame refreshes the spectrum at the
+    // cursor, and the end of a load puts the cursor back to (0, 0).
+    void spectrumOnNewI1Stack();
+    void spectrumOnNewFrame();
+    void spectrumOnLoadFinished(bool i1);
+    // A frame was chosen in the stack; its energy marks the spectrum plot.
+    void spectrumOnFrameSelected(double energy);
+    // Checks that every frame has the first frame's exposure and shows it
+    // in the panel, red when they differ.
+    static void checkExposures(const QVector<TiffData *> &frames, SelectDataFiles *panel);
+
+    // Navigation and display (src/view/BodyView.cpp).
+    void setupNavigation();
+    bool showsI1() const;
+    const QVector<TiffData *> &shownFrames() const;
+    SelectDataFiles *shownPanel() const;
+    // Renders the frames [from, to) of the shown stack again through the bar.
+    void rerenderShown(qsizetype from, qsizetype to);
+    // Batch commands of the box sizes, the display and the image view.
+    void execViewCmd(EX_CMD_ID id, const CmdLine &cmd);
+
     // File panels (src/images/BodySelect.cpp): the batch commands that only
     // set a field of the I1 or the I0 panel, and finish at once.
     void execFilePanelCmd(EX_CMD_ID id, const QStringList &args);

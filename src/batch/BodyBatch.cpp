@@ -184,6 +184,25 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         execFilePanelCmd(id, cmd.args);
         break;
 
+    // Box sizes, the display buttons and the image view.
+    case SET_BAND_W:
+    case SET_BAND_H:
+    case SET_VIEW_W:
+    case SET_VIEW_H:
+    case SET_ANALYZE_W:
+    case SET_ANALYZE_H:
+    case SELECT_DISP_IMAGE:
+    case SELECT_DISP_IMAGE_I1:
+    case SELECT_DISP_IMAGE_I0:
+    case SELECT_DISP_IMAGE_ESHIFT:
+    case SELECT_DISP_IMAGE_ANALYZED:
+    case SEEK_IMAGE:
+    case SELECT_REGION:
+    case SCALE_RESET:
+    case ZOOM_IN:
+        execViewCmd(id, cmd);
+        break;
+
     case QUIT:
         // No finish: the windows close and the application ends.
         emit finishing();

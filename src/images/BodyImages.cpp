@@ -2,20 +2,15 @@
 #include "app/Body.h"
 
 #include "images/LoadTiff.h"
+#include "images/SelectDataFiles.h"
+#include "ui_Body.h"
+#include "view/ColorBar.h"
+#include "view/ImgDispA.h"
 
 #include <QDebug>
 #include <QThread>
 
 namespace {
-
-// Until the file-selection panels exist, a load takes the values their
-// fields start with (every file, no cuts) and passes every file, Live ones
-// included; the panels' own mask is not there yet either, so frames keep the
-// program's mask.
-constexpr int PanelSkip = 1;
-constexpr int PanelCutFirst = 0;
-constexpr int PanelCutLast = 0;
-constexpr bool PanelIgnoreLive = false;
 
 QThread *startLoaderThread(LoadTiff *loader, const QString &name, QObject *parent)
 {
@@ -64,6 +59,12 @@ void Body::setupLoading()
     // passes as it came.
     connect(i1Loader, &LoadTiff::finishLoadFiles, this, &Body::finishBatchExec);
     connect(i0Loader, &LoadTiff::finishLoadFiles, this, &Body::finishBatchExec);
+
+    // The panels' own file choosers and Clear buttons.
+    connect(ui->SelectI1Files, &SelectDataFiles::filesSelected, this, &Body::readI1Files);
+    connect(ui->SelectI0Files, &SelectDataFiles::filesSelected, this, &Body::readI0Files);
+    connect(ui->SelectI1Files, &SelectDataFiles::clear, this, &Body::clearI1Files);
+    connect(ui->SelectI0Files, &SelectDataFiles::clear, this, &Body::clearI0Files);
 }
 
 void Body::teardownLoading()
@@ -72,6 +73,7 @@ void Body::teardownLoading()
     stopLoaderThread(i0LoadThread, i0Loader);
     i1LoadThread = i0LoadThread = nullptr;
     i1Loader = i0Loader = nullptr;
+    ui->dispA->setData(nullptr);
     // Frames still queued for loadedI1/loadedI0 at this moment are lost with
     // the process; the stacks themselves are freed.
     deleteFrames(i1Frames);
@@ -82,27 +84,45 @@ void Body::readI1Files(QStringList files, bool newFile)
 {
     if (newFile)
         clearI1Files();
-    emit loadI1Files(files, PanelIgnoreLive, PanelSkip, PanelCutFirst, PanelCutLast, nullptr, LOAD_I1_FILES);
+    const SelectDataFiles *p = ui->SelectI1Files;
+    emit loadI1Files(files, p->ignoreLive(), p->skip(), p->cutFirst(), p->cutLast(), p->errPs(), LOAD_I1_FILES);
 }
 
 void Body::readI0Files(QStringList files, bool newFile)
 {
     if (newFile)
         clearI0Files();
-    emit loadI0Files(files, PanelIgnoreLive, PanelSkip, PanelCutFirst, PanelCutLast, nullptr, LOAD_I0_FILES);
+    const SelectDataFiles *p = ui->SelectI0Files;
+    emit loadI0Files(files, p->ignoreLive(), p->skip(), p->cutFirst(), p->cutLast(), p->errPs(), LOAD_I0_FILES);
 }
+
+namespace {
+// The image area lets go of a frame that is about to be deleted; a frame of
+// the other stack stays on show.
+void detachIfShown(ImgDispA *area, const QVector<TiffData *> &frames)
+{
+    if (area->data && frames.contains(area->data))
+        area->setData(nullptr);
+}
+} // namespace
 
 void Body::clearI1Files()
 {
+    detachIfShown(ui->dispA, i1Frames);
+    ui->SelectI1Files->clearFiles();
     // The stop comes before the frames go, so that a new load is not mixed
     // with the rest of the old one. A frame the loader is reading at this
     // moment still arrives, and joins the new stack.
     i1Loader->stop();
+    // The image tool is reset here once it exists.
     deleteFrames(i1Frames);
+    spectrumOnNewI1Stack();
 }
 
 void Body::clearI0Files()
 {
+    detachIfShown(ui->dispA, i0Frames);
+    ui->SelectI0Files->clearFiles();
     i0Loader->stop();
     deleteFrames(i0Frames);
 }
@@ -111,6 +131,9 @@ void Body::loadedI1(TiffData *data, int fNo, int totalFiles)
 {
     if (!data)
         return;
+    SelectDataFiles *panel = ui->SelectI1Files;
+    data->colorBar = ui->CBar;
+    data->energy = panel->registerFrame(data->fileName, fNo, totalFiles);
     i1Frames.append(data);
     qDebug().noquote() << QStringLiteral("loaded I1 frame %1 of %2: %3 (%4 x %5)")
                               .arg(fNo)
@@ -118,12 +141,33 @@ void Body::loadedI1(TiffData *data, int fNo, int totalFiles)
                               .arg(data->fileName)
                               .arg(data->width)
                               .arg(data->height);
+    // Without "Show Latest" a stack that is still loading is left alone on
+    // screen; the frames that arrive after the loader has finished are shown.
+    if (i1Loader->isBusy() && !panel->showLatest())
+        return;
+    spectrumOnNewFrame();
+
+    const TiffData *first = i1Frames.first();
+    imgW = int(first->width);
+    imgH = int(first->height);
+    imgX0 = int(first->xOffset);
+    imgY0 = int(first->yOffset);
+    const int last = int(i1Frames.size()) - 1;
+    ui->SeekBar->setMaximum(last);
+    ui->ImgNo->setMaximum(last);
+    if (panel->showLatest()) {
+        showData(last);
+        panel->select(last);
+    }
 }
 
 void Body::loadedI0(TiffData *data, int fNo, int totalFiles)
 {
     if (!data)
         return;
+    SelectDataFiles *panel = ui->SelectI0Files;
+    data->colorBar = ui->CBar;
+    data->energy = panel->registerFrame(data->fileName, fNo, totalFiles);
     i0Frames.append(data);
     qDebug().noquote() << QStringLiteral("loaded I0 frame %1 of %2: %3 (%4 x %5)")
                               .arg(fNo)
@@ -131,14 +175,50 @@ void Body::loadedI0(TiffData *data, int fNo, int totalFiles)
                               .arg(data->fileName)
                               .arg(data->width)
                               .arg(data->height);
+    if (i0Loader->isBusy() && !panel->showLatest())
+        return;
+    spectrumOnNewFrame();
+}
+
+void Body::checkExposures(const QVector<TiffData *> &frames, SelectDataFiles *panel)
+{
+    if (frames.isEmpty())
+        return;
+    const double first = frames.first()->exposureMs;
+    bool allEqual = true;
+    for (const TiffData *f : frames) {
+        if (f->exposureMs != first) {
+            allEqual = false;
+            break;
+        }
+    }
+    // A frame without a recorded time holds 100 ms, which thus replaces the
+    // field's default after such a load; the user may then edit it.
+    panel->setExpTimeMS(first, allEqual);
 }
 
 void Body::finishedLoadI1Files()
 {
     qDebug().noquote() << QStringLiteral("I1 load finished: %1 frames").arg(i1Frames.size());
+    spectrumOnLoadFinished(true);
+    checkExposures(i1Frames, ui->SelectI1Files);
+    // The I1 dark area is brought up to date here once dark areas exist.
 }
 
 void Body::finishedLoadI0Files()
 {
     qDebug().noquote() << QStringLiteral("I0 load finished: %1 frames").arg(i0Frames.size());
+    spectrumOnLoadFinished(false);
+    checkExposures(i0Frames, ui->SelectI0Files);
 }
+
+// The spectrum under the pointer is not drawn yet: these hooks are where the
+// spectrum view joins the loading. They are called at the moments named in
+// Body.h and do nothing until then.
+void Body::spectrumOnNewI1Stack() {}
+
+void Body::spectrumOnNewFrame() {}
+
+void Body::spectrumOnLoadFinished(bool) {}
+
+void Body::spectrumOnFrameSelected(double) {}

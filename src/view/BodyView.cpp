@@ -1,23 +1,233 @@
-// Body's view slots: what follows a change of the colour bar.
+// Body's view slots: which frame the image area shows, the navigation
+// through a stack, what follows a change of the colour bar, and the batch
+// commands of the box sizes, the display and the image view.
 #include "app/Body.h"
 
+#include "batch/CmdArgs.h"
+#include "images/SelectDataFiles.h"
 #include "ui_Body.h"
 #include "view/ColorBar.h"
+#include "view/ImgDispA.h"
 
 #include <QDebug>
+#include <QPainter>
+#include <QSignalBlocker>
+
+void Body::setupNavigation()
+{
+    connect(ui->Prev, &QPushButton::clicked, this, &Body::prev);
+    connect(ui->Next, &QPushButton::clicked, this, &Body::next);
+    // valueChanged rather than sliderMoved, so that a click on the groove
+    // and the keys show the frame as a drag does; showData moves the bar
+    // with its signals blocked.
+    connect(ui->SeekBar, &QSlider::valueChanged, this, &Body::sliderMoved);
+    connect(ui->ImgNo, &QSpinBox::valueChanged, this, &Body::newImageNo);
+    ui->SeekBar->setRange(0, 0);
+    ui->ImgNo->setRange(0, 0);
+
+    connect(ui->dispA, &DispA::drawImage2, this, &Body::drawSelectedArea);
+    connect(ui->ZoomIn, &QPushButton::clicked, ui->dispA, &ImgDispA::setViewWAsSelectedArea);
+    connect(ui->ResetScale, &QPushButton::clicked, ui->dispA, &ImgDispA::resetImageViewWindow);
+    connect(ui->resetMax_, &QCheckBox::toggled, ui->dispA, &ImgDispA::setResetMax);
+    ui->dispA->setResetMax(ui->resetMax_->isChecked());
+    connect(ui->SelAreaFull, &QPushButton::clicked, this, &Body::selAreaFull);
+}
+
+bool Body::showsI1() const
+{
+    return ui->ShowData->isChecked();
+}
+
+const QVector<TiffData *> &Body::shownFrames() const
+{
+    return showsI1() ? i1Frames : i0Frames;
+}
+
+SelectDataFiles *Body::shownPanel() const
+{
+    return showsI1() ? ui->SelectI1Files : ui->SelectI0Files;
+}
+
+void Body::showData(int no)
+{
+    ui->dispA->setShowOverLayer(false);
+    const QVector<TiffData *> &frames = shownFrames();
+    {
+        // The range follows the stack shown, which may be the other one
+        // since the last load.
+        const QSignalBlocker seek(ui->SeekBar);
+        const QSignalBlocker number(ui->ImgNo);
+        const int last = qMax(0, int(frames.size()) - 1);
+        ui->SeekBar->setMaximum(last);
+        ui->ImgNo->setMaximum(last);
+        ui->SeekBar->setValue(no);
+        ui->ImgNo->setValue(no);
+    }
+    if (no < 0 || no >= frames.size()) {
+        // Nothing new to show; but a frame of the stack not chosen must not
+        // stay on screen as if it belonged to this one.
+        if (ui->dispA->data && !frames.contains(ui->dispA->data))
+            ui->dispA->setData(nullptr);
+        return;
+    }
+    TiffData *f = frames.at(no);
+    ui->dispA->setData(f);
+    // The image tool gets the frame here once it exists.
+    ui->dispA->setToolTip(f->fileName);
+    ui->ImgNo->setToolTip(f->fileName);
+    qDebug().noquote() << QStringLiteral("show %1 frame %2: %3 eV")
+                              .arg(showsI1() ? QStringLiteral("I1") : QStringLiteral("I0"))
+                              .arg(no)
+                              .arg(f->energy, 0, 'f', 2);
+    ui->dispA->update();
+}
+
+void Body::sliderMoved(int idx)
+{
+    SelectDataFiles *panel = shownPanel();
+    panel->select(idx);
+    spectrumOnFrameSelected(panel->energyAt(idx));
+    showData(idx);
+}
+
+void Body::prev()
+{
+    const int i = shownPanel()->currentIndex();
+    if (i > 0)
+        sliderMoved(i - 1);
+}
+
+void Body::next()
+{
+    const int i = shownPanel()->currentIndex();
+    if (i + 1 < shownFrames().size())
+        sliderMoved(i + 1);
+}
+
+void Body::seekImage(int imgNo)
+{
+    sliderMoved(imgNo);
+}
+
+void Body::newImageNo()
+{
+    seekImage(ui->ImgNo->value());
+}
+
+void Body::dispImgSelected(bool checked)
+{
+    // Each change toggles two buttons; the one switched on acts.
+    if (!checked)
+        return;
+    if (ui->ShowData->isChecked() || ui->ShowI0->isChecked())
+        showData(shownPanel()->currentIndex());
+    // The energy-shift map and the analysis map are laid over the image
+    // here once they exist.
+}
+
+void Body::selAreaFull()
+{
+    ui->dispA->setSelectedArea(0, 0, imgW - 1, imgH - 1);
+}
+
+void Body::drawSelectedArea(QPainter *p)
+{
+    const ImgDispA *a = ui->dispA;
+    if (!a->hasSelection && !a->selecting)
+        return;
+    const ChCoord &cc = a->cc;
+    p->setPen(QColor(192, 192, 255));
+    p->drawRect(int(cc.r2sx(a->selX)), int(cc.r2sy(a->selY)), int(cc.r2sdx(a->selW)), int(cc.r2sdy(a->selH)));
+    const int x = int(a->selX);
+    const int y = int(a->selY);
+    ui->BoxSize->setText(
+        QString::asprintf("(% 4d, % 4d)-(% 4d, % 4d)", x, y, int(a->selX + a->selW), int(a->selY + a->selH)));
+}
+
+void Body::rerenderShown(qsizetype from, qsizetype to)
+{
+    const QVector<TiffData *> &frames = shownFrames();
+    for (qsizetype i = from; i < to && i < frames.size(); ++i)
+        frames.at(i)->render();
+}
 
 void Body::cBarUpdating()
 {
-    // TODO: rebuild the display image of what is shown (the shift map, the
-    // Analyzer's current map, or the current frame of the I1 or I0 stack)
-    // once the stacks and the image area exist. Until then only the area is
-    // repainted.
+    // While an end is dragged only the frame on screen follows, so that the
+    // drag stays smooth on a stack of hundreds of frames. The maps are
+    // recoloured here once they exist.
+    if (!ui->ShowShiftMap->isChecked() && !ui->ShowResAnalysis->isChecked()) {
+        if (TiffData *f = ui->dispA->data)
+            f->render();
+    }
     ui->dispA->update();
 }
 
 void Body::cBarUpdated()
 {
     qDebug().noquote() << "cBarUpdated" << ui->CBar->lo() << ui->CBar->hi();
-    // TODO: as cBarUpdating, but rebuild every frame of the shown stack.
+    if (!ui->ShowShiftMap->isChecked() && !ui->ShowResAnalysis->isChecked()) {
+        const int idx = shownPanel()->currentIndex();
+        if (idx >= 0 && idx < shownFrames().size())
+            rerenderShown(0, shownFrames().size());
+    }
     ui->dispA->update();
+}
+
+void Body::execViewCmd(EX_CMD_ID id, const CmdLine &cmd)
+{
+    const QString n = QString::number(CmdArgs::toInt(cmd, 0));
+    switch (id) {
+    case SET_BAND_W:
+        ui->vHWidth_->setText(n);
+        ui->aHWidth_->setText(n);
+        break;
+    case SET_BAND_H:
+        ui->vVWidth_->setText(n);
+        ui->aVWidth_->setText(n);
+        break;
+    case SET_VIEW_W:
+        ui->vHWidth_->setText(n);
+        break;
+    case SET_VIEW_H:
+        ui->vVWidth_->setText(n);
+        break;
+    case SET_ANALYZE_W:
+        ui->aHWidth_->setText(n);
+        break;
+    case SET_ANALYZE_H:
+        ui->aVWidth_->setText(n);
+        break;
+    case SELECT_DISP_IMAGE:
+        if (QAbstractButton *b = selGroup.button(CmdArgs::toInt(cmd, 0)))
+            b->setChecked(true);
+        break;
+    case SELECT_DISP_IMAGE_I1:
+        ui->ShowData->setChecked(true);
+        break;
+    case SELECT_DISP_IMAGE_I0:
+        ui->ShowI0->setChecked(true);
+        break;
+    case SELECT_DISP_IMAGE_ESHIFT:
+        ui->ShowShiftMap->setChecked(true);
+        break;
+    case SELECT_DISP_IMAGE_ANALYZED:
+        ui->ShowResAnalysis->setChecked(true);
+        break;
+    case SEEK_IMAGE:
+        seekImage(CmdArgs::toInt(cmd, 0));
+        break;
+    case SELECT_REGION:
+        ui->dispA->setSelectedArea(CmdArgs::toInt(cmd, 0), CmdArgs::toInt(cmd, 1), CmdArgs::toInt(cmd, 2),
+                                   CmdArgs::toInt(cmd, 3));
+        break;
+    case SCALE_RESET:
+        ui->dispA->resetImageViewWindow();
+        break;
+    case ZOOM_IN:
+        ui->dispA->setViewWAsSelectedArea();
+        break;
+    default:
+        break;
+    }
 }
