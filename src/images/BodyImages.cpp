@@ -8,6 +8,7 @@
 #include "view/ImgDispA.h"
 
 #include <QDebug>
+#include <QSignalBlocker>
 #include <QThread>
 
 namespace {
@@ -153,8 +154,14 @@ void Body::loadedI1(TiffData *data, int fNo, int totalFiles)
     imgX0 = int(first->xOffset);
     imgY0 = int(first->yOffset);
     const int last = int(i1Frames.size()) - 1;
-    ui->SeekBar->setMaximum(last);
-    ui->ImgNo->setMaximum(last);
+    {
+        // A range that shrinks below the bar's value (a new, shorter stack)
+        // moves the value: that is no choice of a frame.
+        const QSignalBlocker seek(ui->SeekBar);
+        const QSignalBlocker number(ui->ImgNo);
+        ui->SeekBar->setMaximum(last);
+        ui->ImgNo->setMaximum(last);
+    }
     if (panel->showLatest()) {
         showData(last);
         panel->select(last);
