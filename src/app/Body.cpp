@@ -33,9 +33,12 @@ Body::Body(QWidget *parent)
     setupBatch();
     setupFilePanels();
     setupLoading();
+    setupAbsorption();
     setupAnalyzer2();
+    setupErrPoints();
 
-    // CheckVals, the BG file chooser and view, and the position memory go here.
+    // CheckVals, the BG view and the position memory go here.
+    setupBGSelect();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
     // The connection to the message server starts here, last.

@@ -136,9 +136,11 @@ void Body::loadedI0(TiffData *data, int fNo, int totalFiles)
 void Body::finishedLoadI1Files()
 {
     qDebug().noquote() << QStringLiteral("I1 load finished: %1 frames").arg(i1Frames.size());
+    stackLoadedForAbsorption(true);
 }
 
 void Body::finishedLoadI0Files()
 {
     qDebug().noquote() << QStringLiteral("I0 load finished: %1 frames").arg(i0Frames.size());
+    stackLoadedForAbsorption(false);
 }
