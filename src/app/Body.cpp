@@ -34,10 +34,13 @@ Body::Body(QWidget *parent)
     setupBatch();
     setupFilePanels();
     setupLoading();
+    setupAbsorption();
     setupNavigation();
     setupAnalyzer2();
+    setupErrPoints();
 
-    // CheckVals, the BG file chooser and view, and the position memory go here.
+    // CheckVals, the BG view and the position memory go here.
+    setupBGSelect();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
     // The connection to the message server starts here, last.

@@ -6,6 +6,8 @@
 #include "images/ErrPoints.h"
 #include "images/TiffData.h"
 #include "batch/ExCmdId.h"
+#include "spectrum/Spectrum.h"
+#include "spectrum/XafsSpectrum.h"
 
 #include <QButtonGroup>
 #include <QMainWindow>
@@ -20,6 +22,9 @@ class LoadTiff;
 class QPainter;
 class QThread;
 class SelectDataFiles;
+class XafsFileSelect;
+class _FileDialog;
+struct AbsorptionInput;
 
 namespace Ui {
 class Body;
@@ -176,4 +181,67 @@ private:
     // File panels (src/images/BodySelect.cpp): the batch commands that only
     // set a field of the I1 or the I0 panel, and finish at once.
     void execFilePanelCmd(EX_CMD_ID id, const QStringList &args);
+
+    // Absorption (src/images/BodyAbsorption.cpp): the dark image, the dark
+    // areas, the total-I0 and BG spectra, the bad-pixel mask, and the box
+    // spectra built from them and from the controls as they stand.
+public:
+    // Each result lives in a curve kept by Body and refilled by the next call
+    // of the same function, so a mouse move or a map pixel allocates nothing
+    // once the curve has room; copy it to keep it. The absorption and its
+    // corner form share one curve; raw and the two sections have their own.
+    const Spectrum &absorptionSpectrum(int x, int y, int hw, int vw);
+    const Spectrum &absorptionSpectrumByCorners(int x0, int y0, int x1, int y1);
+    const Spectrum &rawSpectrum(int x, int y, int hw, int vw);
+    // Along row y / column x of the frame at SeekBar's index, in the stack
+    // on display (ShowData: I1, else I0), or with asAbsorption in I1.
+    const Spectrum &horizontalSection(int y, int hw, int vw, bool asAbsorption);
+    const Spectrum &verticalSection(int x, int hw, int vw, bool asAbsorption);
+    // The rectangle selected on the image area as x, y, w, h.
+    QRectF selectedArea() const;
+
+public slots:
+    void selectedDark(QString fname);
+    void clearDark();
+    void setI0DarkArea();
+    void setI1DarkArea();
+    void updateI0DarkArea();
+    void updateI1DarkArea();
+    void clearUpdateI0DarkArea();
+    void clearUpdateI1DarkArea();
+    void clearI0DarkArea();
+    void clearI1DarkArea();
+    void newTotalI0ofI1File(QString fname);
+    void newTotalI0ofI0File(QString fname);
+    void selectedBG(QString fname);
+    void clearedBG();
+    void useErrPMaskToggled(bool f);
+
+private:
+    void setupAbsorption();
+    void setupBGSelect();
+    void setupErrPoints();
+    AbsorptionInput absorptionInput();
+
+    std::unique_ptr<TiffData> dark; // from SelectDark, or null
+    _FileDialog *darkDialog = nullptr;
+    bool useI0DarkArea = false;
+    bool useI1DarkArea = false;
+    QRectF i0DarkRect;
+    QRectF i1DarkRect;
+    // One value per frame of the stack: that frame's mean over its dark
+    // rectangle less the dark image's. They grow with the stack.
+    QVector<double> i0DarkList;
+    QVector<double> i1DarkList;
+    XafsSpectrum totalI0ofI1;
+    XafsSpectrum totalI0ofI0; // read and logged; nothing else uses it
+    XafsSpectrum bg;
+    bool useBG = false;
+    XafsFileSelect *totalI0ofI1Select = nullptr;
+    XafsFileSelect *totalI0ofI0Select = nullptr;
+    XafsFileSelect *bgSelect = nullptr;
+    Spectrum absSpectrum;
+    Spectrum rawSpec;
+    Spectrum hSection;
+    Spectrum vSection;
 };

@@ -203,6 +203,27 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         execViewCmd(id, cmd);
         break;
 
+    // Absorption controls: the boxes are set through their setters, so
+    // whatever follows a user's click follows here too.
+    case USE_I0:
+        ui->UseI0->setChecked(CmdArgs::toBool(cmd, 0));
+        break;
+    case SET_FLUO_TYPE:
+        ui->FluoType->setChecked(CmdArgs::toBool(cmd, 0));
+        break;
+    case SET_I0_DARK_AREA:
+        setI0DarkArea();
+        break;
+    case SET_I1_DARK_AREA:
+        setI1DarkArea();
+        break;
+    case CLEAR_I0_DARK_AREA:
+        clearI0DarkArea();
+        break;
+    case CLEAR_I1_DARK_AREA:
+        clearI1DarkArea();
+        break;
+
     case QUIT:
         // No finish: the windows close and the application ends.
         emit finishing();

@@ -209,7 +209,7 @@ void Body::finishedLoadI1Files()
     qDebug().noquote() << QStringLiteral("I1 load finished: %1 frames").arg(i1Frames.size());
     spectrumOnLoadFinished(true);
     checkExposures(i1Frames, ui->SelectI1Files);
-    // The I1 dark area is brought up to date here once dark areas exist.
+    clearUpdateI1DarkArea();
 }
 
 void Body::finishedLoadI0Files()
@@ -217,6 +217,7 @@ void Body::finishedLoadI0Files()
     qDebug().noquote() << QStringLiteral("I0 load finished: %1 frames").arg(i0Frames.size());
     spectrumOnLoadFinished(false);
     checkExposures(i0Frames, ui->SelectI0Files);
+    clearUpdateI0DarkArea();
 }
 
 // The spectrum under the pointer is not drawn yet: these hooks are where the
