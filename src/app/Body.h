@@ -18,6 +18,7 @@ class BatchCtrl;
 class BatchDispatcher;
 class LoadTiff;
 class QThread;
+class XafsView;
 
 namespace Ui {
 class Body;
@@ -124,6 +125,17 @@ private:
     QThread *i0LoadThread = nullptr;
     LoadTiff *i1Loader = nullptr;
     LoadTiff *i0Loader = nullptr;
+    // Spectrum view (src/view/BodyView.cpp): the plot of the spectrum under
+    // the pointer, a window of its own shown at start and brought back by the
+    // "Spectrum" button, and the plot of the background spectrum. Both are
+    // children of the main window, so they go with it.
+    void setupXafsView();
+    // The batch commands of the spectrum view: save_spectra,
+    // xafs_view_normalize, xafs_view_enerugy_correction.
+    void execXafsViewCmd(EX_CMD_ID id, const CmdLine &cmd);
+    XafsView *xafsView = nullptr;
+    XafsView *bgView = nullptr;
+
     // File panels (src/images/BodySelect.cpp): the batch commands that only
     // set a field of the I1 or the I0 panel, and finish at once.
     void execFilePanelCmd(EX_CMD_ID id, const QStringList &args);
