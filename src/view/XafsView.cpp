@@ -50,10 +50,12 @@ QString statusLine(const XafsSpectrum &s)
 
 // The ticks of niceRange as a count and a start, so that the caller steps by
 // index and never accumulates rounding; false when there are none to draw.
+// A range the wrong way round has none: that is the empty spectrum's
+// (1e300 .. -1e300), which has nothing to label.
 bool ticksOf(double a, double b, double *step, double *first, int *count)
 {
     double last = 0;
-    if (!ChCoord::niceRange(std::min(a, b), std::max(a, b), step, first, &last))
+    if (!ChCoord::niceRange(a, b, step, first, &last))
         return false;
     const double k = std::round((last - *first) / *step);
     if (!(k >= 0) || k > MaxTicks)
@@ -365,7 +367,10 @@ void XafsView::drawAxes(QPainter *p)
             p->setPen(gridPen);
             p->drawLine(QPointF(sx, cc.sY0), QPointF(sx, cc.sY1));
             p->setPen(textPen);
-            const QRectF box(sx - w / 2, bottom, w, labelH);
+            // Centred on its tick, but kept inside the window, so that the
+            // last label is not cut by the narrow right margin.
+            const double boxLeft = std::max(0.0, std::min(sx - w / 2, cc.winX1 - w));
+            const QRectF box(boxLeft, bottom, w, labelH);
             const QString label = tickLabel(v, step);
             dt.drawFitted(p, box, label, Qt::AlignCenter, 1, AxisMaxPt);
             if (i == 0 || i == count - 1)
