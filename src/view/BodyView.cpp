@@ -10,6 +10,7 @@
 
 #include <QDebug>
 #include <QPushButton>
+#include <QTimer>
 
 void Body::cBarUpdating()
 {
@@ -53,7 +54,13 @@ void Body::setupXafsView()
         xafsView->activateWindow();
     });
     xafsView->resize(640, 440);
-    xafsView->show();
+    // Shown once the event loop runs, that is after main() has shown this
+    // window, so that the plot comes up on top of it; a main window that is
+    // never shown (a test) brings up no plot.
+    QTimer::singleShot(0, xafsView, [this]() {
+        if (isVisible())
+            xafsView->show();
+    });
 
     bgView = new XafsView(this);
     bgView->setWindowFlags(Qt::Window);
