@@ -32,6 +32,7 @@ Body::Body(QWidget *parent)
     // loading, navigation, CalibCtrl, Analyzer, Analyzer2, saving,
     // DeGlitch/NormalizeEShift, ImgProc, SumUp, bad-pixel mask, Stats.
     setupBatch();
+    setupXafsView();
     setupFilePanels();
     setupLoading();
     setupAbsorption();

@@ -25,6 +25,7 @@ class SelectDataFiles;
 class XafsFileSelect;
 class _FileDialog;
 struct AbsorptionInput;
+class XafsView;
 
 namespace Ui {
 class Body;
@@ -177,6 +178,16 @@ private:
     void rerenderShown(qsizetype from, qsizetype to);
     // Batch commands of the box sizes, the display and the image view.
     void execViewCmd(EX_CMD_ID id, const CmdLine &cmd);
+    // Spectrum view (src/view/BodyView.cpp): the plot of the spectrum under
+    // the pointer, a window of its own shown at start and brought back by the
+    // "Spectrum" button, and the plot of the background spectrum. Both are
+    // children of the main window, so they go with it.
+    void setupXafsView();
+    // The batch commands of the spectrum view: save_spectra,
+    // xafs_view_normalize, xafs_view_enerugy_correction.
+    void execXafsViewCmd(EX_CMD_ID id, const CmdLine &cmd);
+    XafsView *xafsView = nullptr;
+    XafsView *bgView = nullptr;
 
     // File panels (src/images/BodySelect.cpp): the batch commands that only
     // set a field of the I1 or the I0 panel, and finish at once.

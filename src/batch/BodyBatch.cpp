@@ -224,6 +224,12 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         clearI1DarkArea();
         break;
 
+    case SAVE_SPECTRA:
+    case XAFS_VIEW_NORMALIZE:
+    case XAFS_VIEW_ENERUGY_CORRECTION:
+        execXafsViewCmd(id, cmd);
+        break;
+
     case QUIT:
         // No finish: the windows close and the application ends.
         emit finishing();
