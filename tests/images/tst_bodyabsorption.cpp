@@ -209,6 +209,8 @@ void TestBodyAbsorption::boxAbsorption()
 
     Body b;
     loadStacks(b);
+    // Dark areas take the selected area: the whole image, ends included.
+    act(b, QString("select_region 0 0 %1 %2").arg(W - 1).arg(H - 1));
     for (const QString &a : actions)
         act(b, a);
 
