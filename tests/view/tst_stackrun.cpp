@@ -3,6 +3,7 @@
 
 #include <QtTest>
 
+#include <cmath>
 #include <vector>
 
 // Stacks on screen, driven by batch scripts through the whole program. Every
@@ -24,6 +25,11 @@ void TestStackRun::initTestCase()
     const QString exe = E2eRun::executable();
     if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
         QSKIP("TESSARELLE_EXE does not name the built program");
+}
+
+static double angleToEV(double deg)
+{
+    return 12398.424360387684 / (2 * std::sin(deg / 180 * 3.1415926535) * 3.13553);
 }
 
 void TestStackRun::scripts_data()
@@ -57,6 +63,19 @@ void TestStackRun::scripts_data()
     QTest::newRow("Live file passed over")
         << QStringList{pattern1, QStringLiteral("load_I1_files new @/i1_Live_08995.00.tif %1").arg(b), "quit"}
         << QStringList{"show I1 frame 0: 8970.00 eV"} << QStringList{"show I1 frame 0: 8995.00 eV"};
+    // By recipe, even in energy: start + i * delta.
+    QTest::newRow("energies by recipe")
+        << QStringList{"eng_by_calc_i1 1", "eng_calc_even_in_eng_i1 1", "eng_calc_disp_unit_i1 0",
+                       "eng_calc_base_i1 8900", "eng_calc_delta_i1 2.5",
+                       QStringLiteral("load_I1_files new %1 %2").arg(a, b), "quit"}
+        << QStringList{"show I1 frame 0: 8900.00 eV", "show I1 frame 1: 8902.50 eV"} << QStringList();
+    // From a reference table of monochromator angles (crystal spacing
+    // 3.13553): E = 12398.424360387684 / (2 sin(a) d), one row a frame.
+    QTest::newRow("energies from a reference file")
+        << QStringList{"eng_by_ref_i1 @/ref.txt", QStringLiteral("load_I1_files new %1 %2").arg(a, b), "quit"}
+        << QStringList{QStringLiteral("show I1 frame 0: %1 eV").arg(angleToEV(14.0), 0, 'f', 2),
+                       QStringLiteral("show I1 frame 1: %1 eV").arg(angleToEV(13.5), 0, 'f', 2)}
+        << QStringList();
     // I0 frames are not followed while loading; the display buttons switch
     // the stack and seek_image moves within the one shown.
     QTest::newRow("I0 on display")
@@ -88,6 +107,7 @@ void TestStackRun::scripts()
     for (const char *name : {"i1_08990.25.tif", "i1_08970.00.tif", "i1_09010.75.tif", "i1_Live_08995.00.tif",
                              "i0_08950.00.tif", "i0_09050.00.tif"})
         QVERIFY(writeTiff16(dir + "/" + name, 2, 2, px.data()));
+    run.writeFile("ref.txt", "angle\n14.0\n13.5\n");
     for (QStringList *l : {&batch, &expected, &absent})
         l->replaceInStrings("@", dir);
 
