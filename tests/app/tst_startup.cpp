@@ -1,15 +1,15 @@
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QTemporaryDir>
+#include "support/E2eRun.h"
+
 #include <QtTest>
 
-// Runs the real program offscreen and reads its debug output until the
-// expected lines have come, in order; then ends it, since it has no command
-// to quit yet. "%D" in the texts stands for the temporary directory.
+// Runs the real program offscreen for a few seconds and checks that the
+// expected lines came, in order, and that it was still up at the end.
+// "%D" in the texts stands for the run folder.
 class TestStartup : public QObject
 {
     Q_OBJECT
 private slots:
+    void initTestCase() { E2E_REQUIRE_EXECUTABLE(); }
     void startsAndReadsConfig_data();
     void startsAndReadsConfig();
 };
@@ -49,58 +49,20 @@ void TestStartup::startsAndReadsConfig()
     QFETCH(QStringList, args);
     QFETCH(QStringList, expected);
 
-    const QString exe = qEnvironmentVariable("TESSARELLE_EXE");
-    if (exe.isEmpty() || !QFileInfo::exists(exe))
-        QSKIP("TESSARELLE_EXE does not name the built program");
-
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString d = QFileInfo(dir.path()).canonicalFilePath();
-    const auto writeFile = [&](const QString &name, QString text) {
-        QFile f(d + "/" + name);
-        return f.open(QIODevice::WriteOnly) && f.write(text.replace("%D", d).toUtf8()) >= 0;
-    };
+    E2eRun run;
+    QVERIFY(run.isValid());
+    const QString d = QFileInfo(run.dir()).canonicalFilePath();
     if (!configText.isEmpty())
-        QVERIFY(writeFile("some.cfg", configText));
+        run.writeFile("some.cfg", configText.replace("%D", d));
     if (!incText.isEmpty())
-        QVERIFY(writeFile("inc.cfg", incText));
+        run.writeFile("inc.cfg", incText.replace("%D", d));
     args.replaceInStrings("%D", d);
     expected.replaceInStrings("%D", d);
 
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    p.setProcessEnvironment(env);
-    p.setWorkingDirectory(d);
-    p.start(exe, args);
-    QVERIFY2(p.waitForStarted(10000), qPrintable(p.errorString()));
-
-    QStringList seen;
-    qsizetype next = 0;
-    QByteArray pending;
-    QElapsedTimer timer;
-    timer.start();
-    while (next < expected.size() && timer.elapsed() < 20000 && p.state() == QProcess::Running) {
-        p.waitForReadyRead(200);
-        pending += p.readAllStandardError();
-        qsizetype nl;
-        while ((nl = pending.indexOf('\n')) >= 0) {
-            const QString line = QString::fromUtf8(pending.left(nl));
-            pending.remove(0, nl + 1);
-            seen << line;
-            if (next < expected.size() && line == expected.at(next))
-                ++next;
-        }
-    }
-    const bool stillRunning = p.state() == QProcess::Running;
-    p.kill();
-    p.waitForFinished(10000);
-
-    QVERIFY2(next == expected.size(),
-             qPrintable(QString("waiting for [%1]; output was:\n%2")
-                            .arg(next < expected.size() ? expected.at(next) : QString(), seen.join('\n'))));
-    // the program must still be up once it has read the configuration
-    QVERIFY(stillRunning);
+    // Without -x nothing ends the program: it must still be running.
+    const E2eResult r = run.run(args, 4000);
+    E2E_VERIFY_RUN(r, false);
+    E2E_VERIFY_LINES(r.debug, expected, QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestStartup)

@@ -16,13 +16,10 @@ private slots:
     void angleToEnergy();
     void energyToAngle_data();
     void energyToAngle();
-    void roundTrip_data();
-    void roundTrip();
     void crystals_data();
     void crystals();
     void unitFormats_data();
     void unitFormats();
-    void setDIsASlot();
 };
 
 static bool closeRel(double got, double expected, double rel)
@@ -36,7 +33,6 @@ void TestUnits::angleToEnergy_data()
     QTest::addColumn<double>("eV");
     QTest::newRow("14 deg") << 14.0 << 8172.41409314261142386974;
     QTest::newRow("5 deg") << 5.0 << 22684.5167823735724950702;
-    QTest::newRow("45 deg") << 45.0 << 2796.02170652343274335063;
     QTest::newRow("80 deg") << 80.0 << 2007.58564597990497585635;
 }
 
@@ -60,7 +56,6 @@ void TestUnits::energyToAngle_data()
     // the reach of D = 3.13553 ends at HC / 2D = 1977.0859 eV
     QTest::newRow("just reachable") << 1978.0 << 88.2580490060717432228;
     QTest::newRow("just unreachable") << 1977.0 << -1.0;
-    QTest::newRow("far below") << 500.0 << -1.0;
     // HC / 0 is infinite, which is more than 1
     QTest::newRow("zero energy") << 0.0 << -1.0;
     // only |x| > 1 is refused: a negative energy gives a negative angle
@@ -77,32 +72,13 @@ void TestUnits::energyToAngle()
     QVERIFY2(closeRel(got, deg, 1e-12), qPrintable(QString::number(got, 'g', 17)));
 }
 
-void TestUnits::roundTrip_data()
-{
-    QTest::addColumn<double>("d");
-    for (const Crystal &c : Crystals)
-        QTest::newRow(c.name) << c.d;
-}
-
-void TestUnits::roundTrip()
-{
-    QFETCH(double, d);
-    Units u;
-    u.setD(d);
-    for (double a = 2.0; a < 88.0; a += 3.7) {
-        const double back = u.e2a(u.a2e(a));
-        QVERIFY2(std::fabs(back - a) < 1e-9, qPrintable(QString("%1 -> %2").arg(a).arg(back, 0, 'g', 17)));
-    }
-    // an angle of 0 is not intercepted: the energy is infinite
-    QVERIFY(std::isinf(u.a2e(0.0)));
-}
-
+// Each crystal's spacing, set through the slot EOFSetup and the calibration
+// window use: at 30 degrees 2 sin(a) is (nearly) 1, so E is about HC / D.
 void TestUnits::crystals_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("eVAt30");
-    // at 30 degrees 2 sin(a) is (nearly) 1, so E is about HC / D
     QTest::newRow("Si(111)") << 0 << "Si(111)" << 3954.16980033276159302;
     QTest::newRow("Si(311)") << 1 << "Si(311)" << 7571.65858760182701092;
     QTest::newRow("Si(333)") << 2 << "Si(333)" << 11862.5094009982847790;
@@ -117,7 +93,15 @@ void TestUnits::crystals()
     QFETCH(double, eVAt30);
     QCOMPARE(CrystalCount, 5);
     QCOMPARE(QString(Crystals[index].name), name);
-    QVERIFY(closeRel(Units::angleToEnergy(30.0, Crystals[index].d), eVAt30, 1e-13));
+    Units u;
+    QVERIFY(QMetaObject::invokeMethod(&u, "setD", Q_ARG(double, Crystals[index].d)));
+    QVERIFY(closeRel(u.a2e(30.0), eVAt30, 1e-13));
+    for (double a = 2.0; a < 88.0; a += 3.7) {
+        const double back = u.e2a(u.a2e(a));
+        QVERIFY2(std::fabs(back - a) < 1e-9, qPrintable(QString("%1 -> %2").arg(a).arg(back, 0, 'g', 17)));
+    }
+    // an angle of 0 is not intercepted: the energy is infinite
+    QVERIFY(std::isinf(u.a2e(0.0)));
 }
 
 void TestUnits::unitFormats_data()
@@ -141,14 +125,6 @@ void TestUnits::unitFormats()
     QCOMPARE(UnitCount, 4);
     QCOMPARE(QString(UnitNames[index].name), name);
     QCOMPARE(QString::asprintf(UnitNames[index].form, v), text);
-}
-
-void TestUnits::setDIsASlot()
-{
-    // EOFSetup and the calibration window change D through the slot
-    Units u;
-    QVERIFY(QMetaObject::invokeMethod(&u, "setD", Q_ARG(double, 1.637478)));
-    QVERIFY(closeRel(u.a2e(30.0), 7571.65858760182701092, 1e-13));
 }
 
 QTEST_GUILESS_MAIN(TestUnits)

@@ -118,7 +118,6 @@ void TestCmdLine::exCmdTable_data()
     QTest::newRow("sumUp") << "analyzer_select_main_mode_sumup" << 88 << "analyzer_select_main_mode_sumUp";
     QTest::newRow("exec LCF") << "analyzer_exec_LCF" << 116 << "analyzer_exec_LCF";
     QTest::newRow("calib group") << "calib_show_window" << 138 << "calib_show_window";
-    QTest::newRow("calib load map") << "calib_load_map" << 142 << "calib_load_map";
     QTest::newRow("save cfg last") << "saveDataCfg_text_as_vals" << 160 << "saveDataCfg_text_as_vals";
     QTest::newRow("last command") << "quit" << 161 << "quit";
     QTest::newRow("unknown") << "frobnicate" << 162 << "not ex cmd";
@@ -166,7 +165,6 @@ void TestCmdLine::padded_data()
     QTest::newRow("no zero") << "1" << qint64(12) << "12";
     QTest::newRow("single zero char") << "0" << qint64(5) << "5";
     QTest::newRow("001 -> 002") << "001" << qint64(2) << "002";
-    QTest::newRow("001 -> 010") << "001" << qint64(10) << "010";
     QTest::newRow("001 -> 100") << "001" << qint64(100) << "100";
     // Longer than start: the whole of start stands in front, "08" + "100".
     QTest::newRow("08 -> 08100") << "08" << qint64(100) << "08100";

@@ -20,9 +20,7 @@ private slots:
 
 void TestAbsorptionRun::initTestCase()
 {
-    const QString exe = E2eRun::executable();
-    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
-        QSKIP("TESSARELLE_EXE does not name the built program");
+    E2E_REQUIRE_EXECUTABLE();
 }
 
 void TestAbsorptionRun::words_data()
@@ -54,18 +52,11 @@ void TestAbsorptionRun::words()
     QStringList batch{"load_I1_files new " + dir + "/a.tif"};
     batch << words << ":echo done" << "quit";
     const E2eResult r = run.runBatch({":end"}, batch, 30000, {"ErrPoints " + dir + "/mask.txt"});
-    QVERIFY(r.started);
-    QVERIFY2(!r.crashed, qPrintable(r.debug));
-    QVERIFY2(r.finished, qPrintable(r.debug));
-    QCOMPARE(r.exitCode, 0);
-
-    QStringList lines = r.debug.split('\n');
-    for (QString &l : lines)
-        l = l.trimmed();
-    QVERIFY2(lines.contains(maskLine), qPrintable(r.debug));
-    QVERIFY2(lines.contains("echo done"), qPrintable(r.debug));
+    E2E_VERIFY_RUN(r, true);
+    QStringList absent;
     for (const QString &w : words)
-        QVERIFY2(!lines.contains("cmd " + w.section(' ', 0, 0)), qPrintable(w + "\n" + r.debug));
+        absent << "cmd " + w.section(' ', 0, 0);
+    E2E_VERIFY_LINES(r.debug, (QStringList{maskLine, "echo done"}), absent);
 }
 
 QTEST_GUILESS_MAIN(TestAbsorptionRun)

@@ -28,7 +28,6 @@ private slots:
     void textImage();
     void detection_data();
     void detection();
-    void missingFile();
     void badFiles_data();
     void badFiles();
     void failedReadKeepsPixels();
@@ -69,7 +68,6 @@ void TestImageReaders::tiff_data()
     // rows per strip 2: strips of 2, 2 and 1 rows
     QTest::newRow("2x5 partial strip") << 2 << 5 << -1.0 << 100.0;
     QTest::newRow("exif 0.25 s") << 4 << 3 << 0.25 << 250.0;
-    QTest::newRow("exif 2 ms") << 7 << 9 << 0.002 << 2.0;
     QTest::newRow("exif 0 s") << 5 << 5 << 0.0 << 0.0;
 }
 
@@ -145,7 +143,6 @@ void TestImageReaders::img_data()
     QTest::addColumn<int>("pixelType");
     QTest::addColumn<double>("exposureMs");
     QTest::newRow("no keys: 2 bytes, 0.1 s") << QByteArray("Camera=X") << 2 << 2 << 1 << 100.0;
-    QTest::newRow("empty comment") << QByteArray() << 2 << 2 << 1 << 100.0;
     QTest::newRow("ms") << QByteArray("ExposureTime=100 ms") << 2 << 2 << 1 << 100.0;
     QTest::newRow("us") << QByteArray("ExposureTime=100 us") << 2 << 2 << 1 << 0.1;
     QTest::newRow("no unit is s") << QByteArray("ExposureTime=0.5") << 2 << 2 << 1 << 500.0;
@@ -250,14 +247,17 @@ void TestImageReaders::detection_data()
     QTest::newRow("almost the text magic") << QByteArray("#MQRS-CTIm\nmore lines") << QStringList();
     // the text magic with no ranges: a size of 0 fails without a message
     QTest::newRow("text magic, no ranges") << QByteArray("#MQRS-CTImg\n1 2 3\n") << QStringList();
+    QTest::newRow("missing file") << QByteArray("-") << QStringList{"Can not open (1) %1"};
 }
 
 void TestImageReaders::detection()
 {
     QFETCH(QByteArray, content);
     QFETCH(QStringList, messages);
-    const QString file = path("d.bin");
-    QVERIFY(writeFile(file, content));
+    // "-" stands for a file that is not there.
+    const QString file = path(content == "-" ? "does-not-exist.tif" : "d.bin");
+    if (content != "-")
+        QVERIFY(writeFile(file, content));
     for (QString &m : messages)
         m.replace(QLatin1String("%1"), file);
     TiffData frame;
@@ -268,15 +268,6 @@ void TestImageReaders::detection()
     }
     QCOMPARE(frame.pixelType, int(PixelNone));
     QVERIFY(frame.rows.isEmpty());
-}
-
-void TestImageReaders::missingFile()
-{
-    const QString file = path("does-not-exist.tif");
-    TiffData frame;
-    LogCapture log;
-    QVERIFY(!frame.read(file));
-    QCOMPARE(LogCapture::lines(), QStringList{"Can not open (1) " + file});
 }
 
 static QByteArray validTiff(int width, int height)

@@ -21,9 +21,7 @@ private slots:
 
 void TestLoadRun::initTestCase()
 {
-    const QString exe = E2eRun::executable();
-    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
-        QSKIP("TESSARELLE_EXE does not name the built program");
+    E2E_REQUIRE_EXECUTABLE();
 }
 
 void TestLoadRun::scripts_data()
@@ -100,30 +98,12 @@ void TestLoadRun::scripts()
     }
     run.writeFile("bad.tif", "II*\nthis is no image");
 
-    for (QString &l : batch)
-        l.replace('@', dir);
-    for (QString &l : expected)
-        l.replace('@', dir);
-    for (QString &l : absent)
-        l.replace('@', dir);
+    for (QStringList *list : {&batch, &expected, &absent})
+        list->replaceInStrings("@", dir);
 
     const E2eResult r = run.runBatch({":end"}, batch, ends ? 30000 : 3000);
-    QVERIFY(r.started);
-    QVERIFY2(!r.crashed, qPrintable(r.debug));
-    QCOMPARE(r.finished, ends);
-    if (ends)
-        QCOMPARE(r.exitCode, 0);
-
-    const QStringList lines = r.debug.split('\n');
-    qsizetype at = 0;
-    for (const QString &e : expected) {
-        while (at < lines.size() && lines.at(at).trimmed() != e)
-            ++at;
-        QVERIFY2(at < lines.size(), qPrintable(QStringLiteral("missing or out of order: %1\n%2").arg(e, r.debug)));
-        ++at;
-    }
-    for (const QString &a : absent)
-        QVERIFY2(!lines.contains(a), qPrintable(QStringLiteral("unexpected: %1\n%2").arg(a, r.debug)));
+    E2E_VERIFY_RUN(r, ends);
+    E2E_VERIFY_LINES(r.debug, expected, absent);
 }
 
 QTEST_GUILESS_MAIN(TestLoadRun)

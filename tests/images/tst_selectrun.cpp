@@ -37,9 +37,7 @@ private slots:
 
 void TestSelectRun::initTestCase()
 {
-    const QString exe = E2eRun::executable();
-    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
-        QSKIP("TESSARELLE_EXE does not name the built program");
+    E2E_REQUIRE_EXECUTABLE();
 }
 
 // In the script, REF stands for the plain reference file (angles 14.0, 14.5,
@@ -109,23 +107,8 @@ void TestSelectRun::scripts()
     expected.replaceInStrings("SCAN", scan);
 
     const E2eResult r = run.runBatch({ ":end" }, batch, 30000);
-    QVERIFY(r.started);
-    QVERIFY2(!r.crashed, qPrintable(r.debug));
-    QVERIFY2(r.finished, qPrintable(r.debug));
-    QCOMPARE(r.exitCode, 0);
-
-    const QStringList lines = r.debug.split('\n');
-    qsizetype at = 0;
-    for (const QString &e : expected) {
-        while (at < lines.size() && lines.at(at).trimmed() != e)
-            ++at;
-        QVERIFY2(at < lines.size(), qPrintable(QStringLiteral("missing or out of order: %1\n%2").arg(e, r.debug)));
-        ++at;
-    }
-    for (const QString &a : absent) {
-        for (const QString &l : lines)
-            QVERIFY2(!l.startsWith(a), qPrintable(QStringLiteral("unexpected: %1\n%2").arg(a, r.debug)));
-    }
+    E2E_VERIFY_RUN(r, true);
+    E2E_VERIFY_LINES(r.debug, expected, absent);
 }
 
 QTEST_GUILESS_MAIN(TestSelectRun)

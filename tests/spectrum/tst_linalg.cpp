@@ -100,14 +100,10 @@ void TestLinAlg::luSolve_data()
     QTest::newRow("2x2 no swap") << 2 << Values{3, 1, 1, 2} << Values{9, 8} << Values{2, 3} << true;
     // a zero in the corner needs the row swap: y = 2, x = 3
     QTest::newRow("2x2 swap") << 2 << Values{0, 1, 1, 0} << Values{2, 3} << Values{3, 2} << true;
-    // 2x + y + z = 5, 4x - 6y = -2, -2x + 7y + 2z = 9  ->  (1, 1, 2)
-    QTest::newRow("3x3 textbook") << 3 << Values{2, 1, 1, 4, -6, 0, -2, 7, 2} << Values{5, -2, 9}
-                                  << Values{1, 1, 2} << true;
     // b is the row sums, so x = (1, 1, 1); both columns need a swap
     QTest::newRow("3x3 two swaps") << 3 << Values{1, 2, 3, 4, 5, 6, 7, 8, 10} << Values{6, 15, 25}
                                    << Values{1, 1, 1} << true;
     QTest::newRow("singular rows") << 2 << Values{1, 2, 2, 4} << Values{3, 6} << Values{} << false;
-    QTest::newRow("zero matrix") << 2 << Values{0, 0, 0, 0} << Values{1, 1} << Values{} << false;
     QTest::newRow("zero column") << 3 << Values{1, 0, 2, 3, 0, 1, 5, 0, 4} << Values{1, 2, 3} << Values{}
                                  << false;
 }
@@ -242,8 +238,6 @@ void TestLinAlg::invert_data()
     QTest::newRow("1x1") << 1 << Values{-4} << Values{-0.25} << 0;
     // det 1, adjugate [[1,-1],[-1,2]]
     QTest::newRow("2x2") << 2 << Values{2, 1, 1, 1} << Values{1, -1, -1, 2} << 0;
-    QTest::newRow("diagonal") << 3 << Values{2, 0, 0, 0, 4, 0, 0, 0, -0.5}
-                              << Values{0.5, 0, 0, 0, 0.25, 0, 0, 0, -2} << 0;
     // det 12, cofactors 5 -4 2 / -4 8 -4 / 2 -4 8
     QTest::newRow("symmetric 3x3") << 3 << Values{4, 2, 0, 2, 3, 1, 0, 1, 2}
                                    << Values{5. / 12, -4. / 12, 2. / 12, -4. / 12, 8. / 12, -4. / 12,
@@ -336,9 +330,7 @@ void TestLinAlg::prints()
 void TestLinAlg::quadSurfRecovers_data()
 {
     QTest::addColumn<Values>("coef"); // a b c d e f
-    QTest::newRow("bowl") << Values{1, 1, 0, 0, 0, 0};
     QTest::newRow("all terms") << Values{0.5, -2, 0.75, 3, -1, 10};
-    QTest::newRow("plane") << Values{0, 0, 0, 2, -3, 1};
     QTest::newRow("saddle offset") << Values{-1, 1, 4, 0, 0, -5};
 }
 

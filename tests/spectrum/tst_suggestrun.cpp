@@ -15,9 +15,7 @@ private slots:
 
 void TestSuggestRun::initTestCase()
 {
-    const QString exe = E2eRun::executable();
-    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
-        QSKIP("TESSARELLE_EXE does not name the built program");
+    E2E_REQUIRE_EXECUTABLE();
 }
 
 void TestSuggestRun::suggestions_data()
@@ -58,16 +56,8 @@ void TestSuggestRun::suggestions()
     E2eRun run;
     QVERIFY(run.isValid());
     const E2eResult r = run.runBatch({":end"}, batch, 30000);
-    QVERIFY2(r.finished && !r.crashed, qPrintable(r.debug));
-    QCOMPARE(r.exitCode, 0);
-    qsizetype from = 0;
-    for (const QString &line : expected) {
-        const qsizetype at = r.debug.indexOf(line, from);
-        QVERIFY2(at >= 0, qPrintable(QString("missing \"%1\" in:\n%2").arg(line, r.debug)));
-        from = at + line.size();
-    }
-    for (const QString &line : absent)
-        QVERIFY2(!r.debug.contains(line), qPrintable(line));
+    E2E_VERIFY_RUN(r, true);
+    E2E_VERIFY_LINES(r.debug, expected, absent);
 }
 
 QTEST_GUILESS_MAIN(TestSuggestRun)

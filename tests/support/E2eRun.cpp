@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -10,6 +11,37 @@ E2eRun::E2eRun() = default;
 QString E2eRun::executable()
 {
     return QProcessEnvironment::systemEnvironment().value(QStringLiteral("TESSARELLE_EXE"));
+}
+
+bool E2eRun::haveExecutable()
+{
+    const QString exe = executable();
+    return !exe.isEmpty() && QFileInfo(exe).isExecutable();
+}
+
+bool E2eRun::linesInOrder(const QString &debug, const QStringList &expected, const QStringList &absent,
+                          QString *why)
+{
+    const QStringList lines = debug.split(QLatin1Char('\n'));
+    qsizetype at = 0;
+    for (const QString &e : expected) {
+        while (at < lines.size() && lines.at(at).trimmed() != e && lines.at(at) != e)
+            ++at;
+        if (at == lines.size()) {
+            *why = QStringLiteral("missing or out of order: %1\n%2").arg(e, debug);
+            return false;
+        }
+        ++at;
+    }
+    for (const QString &a : absent) {
+        for (const QString &l : lines) {
+            if (l.trimmed().startsWith(a)) {
+                *why = QStringLiteral("unexpected: %1\n%2").arg(a, debug);
+                return false;
+            }
+        }
+    }
+    return true;
 }
 
 QString E2eRun::writeFile(const QString &name, const QString &text) const

@@ -23,6 +23,14 @@ public:
 
     // The executable under test; empty when the environment does not name one.
     static QString executable();
+    // True when executable() names a program that can be run.
+    static bool haveExecutable();
+
+    // Checks that each of expected is a whole line of debug (as it stands or
+    // trimmed), in this order, and that no line starts with any of absent; otherwise
+    // returns false with the reason and the stream in *why.
+    static bool linesInOrder(const QString &debug, const QStringList &expected, const QStringList &absent,
+                             QString *why);
 
     bool isValid() const { return tmp.isValid(); }
     QString dir() const { return tmp.path(); }
@@ -43,3 +51,28 @@ public:
 private:
     QTemporaryDir tmp;
 };
+
+// For initTestCase(): skips the whole test when there is no program to run.
+#define E2E_REQUIRE_EXECUTABLE()                                                                                      \
+    do {                                                                                                               \
+        if (!E2eRun::haveExecutable())                                                                                 \
+            QSKIP("TESSARELLE_EXE does not name the built program");                                                   \
+    } while (false)
+
+// Checks that a run ended on its own (or, when mustFinish is false, that it
+// was still running at its limit) without crashing, with exit code 0.
+#define E2E_VERIFY_RUN(r, mustFinish)                                                                                  \
+    do {                                                                                                               \
+        QVERIFY((r).started);                                                                                          \
+        QVERIFY2(!(r).crashed, qPrintable((r).debug));                                                                 \
+        QVERIFY2((r).finished == (mustFinish), qPrintable((r).debug));                                                 \
+        if (mustFinish)                                                                                                \
+            QCOMPARE((r).exitCode, 0);                                                                                 \
+    } while (false)
+
+// Checks the debug stream of a run against expected and absent lines.
+#define E2E_VERIFY_LINES(debug, expected, absent)                                                                      \
+    do {                                                                                                               \
+        QString e2eWhy;                                                                                                \
+        QVERIFY2(E2eRun::linesInOrder((debug), (expected), (absent), &e2eWhy), qPrintable(e2eWhy));                    \
+    } while (false)

@@ -15,9 +15,7 @@ private slots:
 
 void TestCBarBatch::initTestCase()
 {
-    const QString exe = E2eRun::executable();
-    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
-        QSKIP("TESSARELLE_EXE does not name the built program");
+    E2E_REQUIRE_EXECUTABLE();
 }
 
 void TestCBarBatch::commands_data()
@@ -45,21 +43,9 @@ void TestCBarBatch::commands()
     E2eRun run;
     QVERIFY(run.isValid());
     const E2eResult r = run.runBatch({":end"}, batch, 30000);
-    QVERIFY(r.started);
-    QVERIFY2(!r.crashed, qPrintable(r.debug));
-    QVERIFY2(r.finished, qPrintable(r.debug));
-    QCOMPARE(r.exitCode, 0);
-
-    const QStringList lines = r.debug.split('\n');
-    qsizetype at = 0;
-    for (const QString &e : expected) {
-        while (at < lines.size() && lines.at(at).trimmed() != e)
-            ++at;
-        QVERIFY2(at < lines.size(), qPrintable(QStringLiteral("missing or out of order: %1\n%2").arg(e, r.debug)));
-        ++at;
-    }
+    E2E_VERIFY_RUN(r, true);
     // A command with an action is not reported as one without.
-    QVERIFY2(!r.debug.contains("Err: cbar"), qPrintable(r.debug));
+    E2E_VERIFY_LINES(r.debug, expected, QStringList{"Err: cbar"});
 }
 
 QTEST_GUILESS_MAIN(TestCBarBatch)

@@ -14,9 +14,7 @@ private slots:
 
 void TestXafsViewBatch::initTestCase()
 {
-    const QString exe = E2eRun::executable();
-    if (exe.isEmpty() || !QFileInfo(exe).isExecutable())
-        QSKIP("TESSARELLE_EXE does not name the built program");
+    E2E_REQUIRE_EXECUTABLE();
 }
 
 void TestXafsViewBatch::saveSpectra()
@@ -27,18 +25,12 @@ void TestXafsViewBatch::saveSpectra()
     const E2eResult r = run.runBatch(
         {":end"},
         {"xafs_view_normalize 1", "xafs_view_enerugy_correction 1", "save_spectra " + d + "sp.dat", "quit"}, 30000);
-    QVERIFY(r.started);
-    QVERIFY2(!r.crashed, qPrintable(r.debug));
-    QVERIFY2(r.finished, qPrintable(r.debug));
-    QCOMPARE(r.exitCode, 0);
-
-    // A command without an action would be reported as "cmd <line>".
-    QVERIFY2(!r.debug.contains("cmd xafs_view"), qPrintable(r.debug));
-    QVERIFY2(!r.debug.contains("cmd save_spectra"), qPrintable(r.debug));
-
-    // Nothing moved the pointer: position (0, 0), box 0 x 0.
+    E2E_VERIFY_RUN(r, true);
+    // Nothing moved the pointer: position (0, 0), box 0 x 0. A command
+    // without an action would be reported as "cmd <line>".
     const QString tName = d + "sp0-0-0x0T.dat";
-    QVERIFY2(r.debug.contains("xafs view : save data " + d + "sp.dat " + tName), qPrintable(r.debug));
+    E2E_VERIFY_LINES(r.debug, QStringList{"xafs view : save data " + d + "sp.dat " + tName},
+                     (QStringList{"cmd xafs_view", "cmd save_spectra"}));
     for (const QString &name : QStringList{tName, d + "sp0-0-0x0std.dat"}) {
         QFile f(name);
         QVERIFY2(f.open(QIODevice::ReadOnly | QIODevice::Text), qPrintable(name));
