@@ -30,7 +30,6 @@ void Body::setupNavigation()
     ui->SeekBar->setRange(0, 0);
     ui->ImgNo->setRange(0, 0);
 
-    connect(ui->dispA, &DispA::drawImage2, this, &Body::drawSelectedArea);
     connect(ui->ZoomIn, &QPushButton::clicked, ui->dispA, &ImgDispA::setViewWAsSelectedArea);
     connect(ui->ResetScale, &QPushButton::clicked, ui->dispA, &ImgDispA::resetImageViewWindow);
     connect(ui->resetMax_, &QCheckBox::toggled, ui->dispA, &ImgDispA::setResetMax);
@@ -133,20 +132,6 @@ void Body::dispImgSelected(bool checked)
 void Body::selAreaFull()
 {
     ui->dispA->setSelectedArea(0, 0, imgW - 1, imgH - 1);
-}
-
-void Body::drawSelectedArea(QPainter *p)
-{
-    const ImgDispA *a = ui->dispA;
-    if (!a->hasSelection && !a->selecting)
-        return;
-    const ChCoord &cc = a->cc;
-    p->setPen(QColor(192, 192, 255));
-    p->drawRect(int(cc.r2sx(a->selX)), int(cc.r2sy(a->selY)), int(cc.r2sdx(a->selW)), int(cc.r2sdy(a->selH)));
-    const int x = int(a->selX);
-    const int y = int(a->selY);
-    ui->BoxSize->setText(
-        QString::asprintf("(% 4d, % 4d)-(% 4d, % 4d)", x, y, int(a->selX + a->selW), int(a->selY + a->selH)));
 }
 
 void Body::rerenderShown(qsizetype from, qsizetype to)
