@@ -119,7 +119,9 @@ void Body::onMouseMovedInDispA()
     ui->HCross->pos = ix;
     ui->HCross->update();
     ui->VCross->setData(verticalSection(ix, 1, viewHalfWidth(), asAbsorption));
-    ui->VCross->pos = iy;
+    // The vertical section's abscissa is imgH - y, so that the cut stands
+    // the right way up beside the image; its mark is put on the same scale.
+    ui->VCross->pos = imgH - iy;
     ui->VCross->update();
 
     // With the analysis map on display its value goes here once maps exist.
@@ -141,12 +143,12 @@ void Body::onMousePressedInDispA()
 
 QRect Body::screenBox(int x, int y, int hw, int vw) const
 {
-    // The size goes through s2rd, the screen-to-real conversion, as the box
-    // has always been drawn: it is true to scale only at one screen pixel per
-    // image pixel.
+    // The size is a length in image pixels, so it goes to the screen as the
+    // corner does: a screen-to-real conversion here would shrink the box on
+    // a magnified image and leave the pointer outside it.
     const ChCoord &cc = ui->dispA->cc;
-    return QRect(truncated(cc.r2sx(x - hw)), truncated(cc.r2sy(y - vw)), truncated(cc.s2rdx(2 * hw + 1)),
-                 truncated(cc.s2rdy(2 * vw + 1)));
+    return QRect(truncated(cc.r2sx(x - hw)), truncated(cc.r2sy(y - vw)), truncated(cc.r2sdx(2 * hw + 1)),
+                 truncated(cc.r2sdy(2 * vw + 1)));
 }
 
 void Body::draw(QPainter *p)

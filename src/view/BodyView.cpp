@@ -15,6 +15,7 @@
 #include <QDebug>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -252,8 +253,15 @@ void Body::setupXafsView()
     // window, so that the plot comes up on top of it; a main window that is
     // never shown (a test) brings up no plot.
     QTimer::singleShot(0, xafsView, [this]() {
-        if (isVisible())
-            xafsView->show();
+        if (!isVisible())
+            return;
+        // Beside the main window where the screen has room, so that the plot
+        // does not hide the image it belongs to.
+        const QRect main = frameGeometry();
+        const QScreen *s = screen();
+        if (s && s->availableGeometry().contains(QRect(main.right() + 1, main.top(), xafsView->width(), xafsView->height())))
+            xafsView->move(main.right() + 1, main.top());
+        xafsView->show();
     });
 
     bgView = new XafsView(this);

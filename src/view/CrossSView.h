@@ -22,7 +22,7 @@ public:
     DrawText dt;
     Spectrum data;
     bool vertical = false;
-    int pos = 0;
+    int pos = 0; // along the abscissa of data
 
 public slots:
     void draw(QPainter *p);
