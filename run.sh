@@ -18,9 +18,9 @@ cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build -j"$jobs" --target tessarelle
 
 # demo.bat names the data folder by its absolute path: a moved checkout
-# generates it again.
+# generates it again, and so does a batch from before the pointer was placed.
 demo="$PWD/demo-data"
-if ! grep -qsF "\"$demo/\"" "$demo/demo.bat"; then
+if ! grep -qsF "\"$demo/\"" "$demo/demo.bat" || ! grep -qs "^move_position" "$demo/demo.bat"; then
   python3 scripts/make-demo-data.py "$demo"
 fi
 

@@ -23,6 +23,7 @@ SIZE = 128
 E_FIRST, E_LAST, E_STEP = 8900.0, 9100.0, 1.0
 EDGE_CU = 8979.0
 EDGE_OXIDE = 8983.0
+CU_X, CU_Y = 48, 56  # centre of the copper disc, pixels
 I0_COUNTS = 20000.0
 
 
@@ -85,7 +86,7 @@ def thickness_maps():
     for y in range(SIZE):
         for x in range(SIZE):
             i = y * SIZE + x
-            r1 = math.hypot(x - 48, y - 56)
+            r1 = math.hypot(x - CU_X, y - CU_Y)
             cu[i] = 1.0 / (1.0 + math.exp((r1 - 30.0) / 1.5))
             r2 = math.hypot(x - 92, y - 84)
             ox[i] = 0.8 / (1.0 + math.exp((r2 - 20.0) / 1.5))
@@ -150,6 +151,8 @@ def main():
         f.write("load_I1_files_of_pattern new \"%s/\" *i1_*.tif\n" % out_dir)
         f.write("load_I0_files_of_pattern new \"%s/\" *i0_*.tif\n" % out_dir)
         f.write("seek_image %d\n" % int(round((EDGE_CU + 20 - E_FIRST) / E_STEP)))
+        # The pointer on the copper disc: the plot shows its edge at once.
+        f.write("move_position %d %d\n" % (CU_X, CU_Y))
     print("%d energies, %d x %d pixels, in %s" % (n, SIZE, SIZE, out_dir))
 
 

@@ -42,6 +42,7 @@ Body::Body(QWidget *parent)
 
     // CheckVals, the BG view and the position memory go here.
     setupBGSelect();
+    setupMainView();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
     // The connection to the message server starts here, last.

@@ -8,6 +8,7 @@
 #include "batch/ExCmdId.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
+#include "view/DrawText.h"
 
 #include <QButtonGroup>
 #include <QMainWindow>
@@ -110,10 +111,6 @@ public slots:
     void dispImgSelected(bool checked);
     // The whole image becomes the selected area.
     void selAreaFull();
-
-private slots:
-    // The selected area over the image, and BoxSize with it.
-    void drawSelectedArea(QPainter *p);
 
 private:
     // Construction, in the order the constructor calls them. The order
@@ -255,4 +252,47 @@ private:
     Spectrum rawSpec;
     Spectrum hSection;
     Spectrum vSection;
+
+    // Main view (src/view/BodyMainView.cpp): the spectrum under the pointer,
+    // the cross sections and values under it, what is drawn over the image,
+    // and the memory of stored positions.
+public:
+    // The energy shift at the current pixel, added to the energy offset of
+    // the spectrum shown.
+    double currentEShift() const;
+
+public slots:
+    // Everything drawn over the image, in image coordinates.
+    void draw(QPainter *p);
+    // Analyses and plots the box spectrum at (curX, curY); the second form
+    // first moves there (truncated), as a pointer move does.
+    void showXafsSpectrum();
+    void showXafsSpectrum(double x, double y);
+    // Cross sections and the values under the pointer.
+    void onMouseMovedInDispA();
+    void onMousePressedInDispA();
+    // PosX or PosY was edited: go there, per coordinate inside the image.
+    void newCurPos();
+    // Position memory: store the current position under PosLbl's label (and
+    // count the label up), go to the chosen one, delete it.
+    void savePos();
+    void rememberPos();
+    void deletePos();
+    void updatePosLbl();
+    // "Chk Vals": the current analysis map to the log.
+    void showAnalyzedVals();
+
+private:
+    void setupMainView();
+    // move_position x y: through the image area's pointer, as a mouse move.
+    void movePosition(int x, int y);
+    int viewHalfWidth() const;
+    int viewHalfHeight() const;
+    // The box of half widths hw, vw around image point (x, y), on screen.
+    QRect screenBox(int x, int y, int hw, int vw) const;
+    void drawStoredPositions(QPainter *p, int hw, int vw);
+
+    int curX = 0;
+    int curY = 0;
+    DrawText posText;
 };

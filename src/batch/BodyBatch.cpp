@@ -224,6 +224,10 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         clearI1DarkArea();
         break;
 
+    case MOVE_POSITION:
+        movePosition(CmdArgs::toInt(cmd, 0), CmdArgs::toInt(cmd, 1));
+        break;
+
     case SAVE_SPECTRA:
     case XAFS_VIEW_NORMALIZE:
     case XAFS_VIEW_ENERUGY_CORRECTION:

@@ -6,6 +6,7 @@
 #include "ui_Body.h"
 #include "view/ColorBar.h"
 #include "view/ImgDispA.h"
+#include "view/XafsView.h"
 
 #include <QDebug>
 #include <QSignalBlocker>
@@ -220,13 +221,29 @@ void Body::finishedLoadI0Files()
     clearUpdateI0DarkArea();
 }
 
-// The spectrum under the pointer is not drawn yet: these hooks are where the
-// spectrum view joins the loading. They are called at the moments named in
-// Body.h and do nothing until then.
-void Body::spectrumOnNewI1Stack() {}
+// The spectrum under the pointer follows the loading.
+void Body::spectrumOnNewI1Stack()
+{
+    // Both plots take the range of the next spectrum they get, whatever the
+    // user had zoomed to on the old stack; they keep following until the
+    // next zoom, which is how the mark ends.
+    xafsView->resetXScale();
+    bgView->resetXScale();
+}
 
-void Body::spectrumOnNewFrame() {}
+void Body::spectrumOnNewFrame()
+{
+    showXafsSpectrum();
+}
 
-void Body::spectrumOnLoadFinished(bool) {}
+void Body::spectrumOnLoadFinished(bool)
+{
+    curX = 0;
+    curY = 0;
+    showXafsSpectrum();
+}
 
-void Body::spectrumOnFrameSelected(double) {}
+void Body::spectrumOnFrameSelected(double energy)
+{
+    xafsView->setMarkE(energy);
+}

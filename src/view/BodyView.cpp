@@ -15,6 +15,7 @@
 #include <QDebug>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -30,7 +31,6 @@ void Body::setupNavigation()
     ui->SeekBar->setRange(0, 0);
     ui->ImgNo->setRange(0, 0);
 
-    connect(ui->dispA, &DispA::drawImage2, this, &Body::drawSelectedArea);
     connect(ui->ZoomIn, &QPushButton::clicked, ui->dispA, &ImgDispA::setViewWAsSelectedArea);
     connect(ui->ResetScale, &QPushButton::clicked, ui->dispA, &ImgDispA::resetImageViewWindow);
     connect(ui->resetMax_, &QCheckBox::toggled, ui->dispA, &ImgDispA::setResetMax);
@@ -133,20 +133,6 @@ void Body::dispImgSelected(bool checked)
 void Body::selAreaFull()
 {
     ui->dispA->setSelectedArea(0, 0, imgW - 1, imgH - 1);
-}
-
-void Body::drawSelectedArea(QPainter *p)
-{
-    const ImgDispA *a = ui->dispA;
-    if (!a->hasSelection && !a->selecting)
-        return;
-    const ChCoord &cc = a->cc;
-    p->setPen(QColor(192, 192, 255));
-    p->drawRect(int(cc.r2sx(a->selX)), int(cc.r2sy(a->selY)), int(cc.r2sdx(a->selW)), int(cc.r2sdy(a->selH)));
-    const int x = int(a->selX);
-    const int y = int(a->selY);
-    ui->BoxSize->setText(
-        QString::asprintf("(% 4d, % 4d)-(% 4d, % 4d)", x, y, int(a->selX + a->selW), int(a->selY + a->selH)));
 }
 
 void Body::rerenderShown(qsizetype from, qsizetype to)
@@ -267,8 +253,15 @@ void Body::setupXafsView()
     // window, so that the plot comes up on top of it; a main window that is
     // never shown (a test) brings up no plot.
     QTimer::singleShot(0, xafsView, [this]() {
-        if (isVisible())
-            xafsView->show();
+        if (!isVisible())
+            return;
+        // Beside the main window where the screen has room, so that the plot
+        // does not hide the image it belongs to.
+        const QRect main = frameGeometry();
+        const QScreen *s = screen();
+        if (s && s->availableGeometry().contains(QRect(main.right() + 1, main.top(), xafsView->width(), xafsView->height())))
+            xafsView->move(main.right() + 1, main.top());
+        xafsView->show();
     });
 
     bgView = new XafsView(this);

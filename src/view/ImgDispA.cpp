@@ -95,6 +95,11 @@ void ImgDispA::drawImage(QPainter *p)
         src = currentImage();
     if (src)
         p->drawImage(QRectF(0, 0, width(), height()), *src, QRectF(viewX, viewY, viewW, viewH));
+    setupCoords();
+}
+
+void ImgDispA::setupCoords()
+{
     cc.setWindow(0, 0, width(), height());
     cc.setRealRange(viewX, viewY, viewX + viewW, viewY + viewH);
 }

@@ -60,6 +60,9 @@ public:
     QRectF selectedArea() const { return {selX, selY, selW, selH}; }
     // Image position of a widget pixel.
     QPointF imagePos(double mx, double my) const;
+    // Sets cc to the widget and the view as a paint does, so that a pointer
+    // placed in image coordinates before the next paint lands where meant.
+    void setupCoords();
 
     // Zooms one axis of a view by factor about the point at fraction frac
     // of it: that point stays where it is on the screen.

@@ -1,0 +1,292 @@
+// Body's main-view slots: the spectrum under the pointer and what goes with
+// it (cross sections, values, the position fields), what is drawn over the
+// image, and the memory of stored positions.
+#include "app/Body.h"
+
+#include "app/LineItems.h"
+#include "images/SelectDataFiles.h"
+#include "images/TiffData.h"
+#include "ui_Body.h"
+#include "view/ColorBar.h"
+#include "view/CrossSView.h"
+#include "view/ImgDispA.h"
+#include "view/XafsView.h"
+
+#include <QDebug>
+#include <QPainter>
+#include <QPushButton>
+#include <QRegularExpression>
+
+#include <climits>
+#include <cmath>
+
+namespace {
+
+// Truncation toward zero that stays defined far off the image (and for NaN
+// from a view that has no size yet).
+int truncated(double v)
+{
+    if (!(v == v))
+        return 0;
+    if (v <= double(INT_MIN))
+        return INT_MIN;
+    if (v >= double(INT_MAX))
+        return INT_MAX;
+    return int(v);
+}
+
+// "[A00]   12   34" into its label and the two coordinates.
+void splitPosItem(const QString &item, QString *label, QString *x, QString *y)
+{
+    QString rest = splitFirstItem(item, label);
+    rest = splitFirstItem(rest, x);
+    splitFirstItem(rest, y);
+}
+
+} // namespace
+
+void Body::setupMainView()
+{
+    ui->VCross->vertical = true;
+    connect(ui->dispA, &DispA::drawImage2, this, &Body::draw);
+    connect(ui->dispA, &ImgDispA::mouseMoved, this, qOverload<double, double>(&Body::showXafsSpectrum));
+    connect(ui->dispA, &DispA::mouseMoved0, this, &Body::onMouseMovedInDispA);
+    connect(ui->dispA, &DispA::mousePressed0, this, &Body::onMousePressedInDispA);
+    connect(ui->PosX, &QLineEdit::editingFinished, this, &Body::newCurPos);
+    connect(ui->PosY, &QLineEdit::editingFinished, this, &Body::newCurPos);
+    connect(ui->PosMem, &QPushButton::clicked, this, &Body::savePos);
+    connect(ui->PosGo, &QPushButton::clicked, this, &Body::rememberPos);
+    connect(ui->PosDel, &QPushButton::clicked, this, &Body::deletePos);
+    connect(ui->CheckVals, &QPushButton::clicked, this, &Body::showAnalyzedVals);
+}
+
+int Body::viewHalfWidth() const
+{
+    return ui->vHWidth_->text().toInt();
+}
+
+int Body::viewHalfHeight() const
+{
+    return ui->vVWidth_->text().toInt();
+}
+
+double Body::currentEShift() const
+{
+    // No energy-shift map exists yet, so no pixel is shifted.
+    return 0.0;
+}
+
+void Body::showXafsSpectrum(double x, double y)
+{
+    curX = truncated(x);
+    curY = truncated(y);
+    showXafsSpectrum();
+}
+
+void Body::showXafsSpectrum()
+{
+    const QVector<TiffData *> &frames = shownFrames();
+    const int idx = shownPanel()->currentIndex();
+    xafsView->setMarkE(idx >= 0 && idx < frames.size() ? frames.at(idx)->energy : -1.0);
+
+    const double dE = currentEShift();
+    const int hw = viewHalfWidth();
+    const int vw = viewHalfHeight();
+    // Straight lines: the calibration window's Victoreen choice does not
+    // exist yet.
+    const int lineType = 1;
+    const XafsSpectrum x(absorptionSpectrum(curX, curY, hw, vw), QStringLiteral("body-show"), lineType, dE,
+                         suggestElm());
+    const double e = xafsView->setTarget(x);
+    // The Analyzer's copy goes here once the two-dimensional analysis exists.
+
+    ui->PosX->setText(QString::asprintf("% 4d", curX));
+    ui->PosY->setText(QString::asprintf("% 4d", curY));
+    ui->EShiftOnTbl->setText(QString::asprintf("%6.3f", dE));
+    ui->EShiftFromStd->setText(QString::asprintf("%5.2f", e));
+    xafsView->setRaw(rawSpectrum(curX, curY, hw, vw));
+    emit currentPosition(curX, curY, hw, vw);
+}
+
+void Body::onMouseMovedInDispA()
+{
+    const ImgDispA *a = ui->dispA;
+    const int ix = truncated(a->cc.s2rx(a->m.x));
+    const int iy = truncated(a->cc.s2ry(a->m.y));
+    const bool asAbsorption = ui->ShowData->isChecked();
+
+    ui->HCross->setData(horizontalSection(iy, 1, viewHalfHeight(), asAbsorption));
+    ui->HCross->pos = ix;
+    ui->HCross->update();
+    ui->VCross->setData(verticalSection(ix, 1, viewHalfWidth(), asAbsorption));
+    // The vertical section's abscissa is imgH - y, so that the cut stands
+    // the right way up beside the image; its mark is put on the same scale.
+    ui->VCross->pos = imgH - iy;
+    ui->VCross->update();
+
+    // With the analysis map on display its value goes here once maps exist.
+    if (!ui->ShowResAnalysis->isChecked()) {
+        const TiffData *f = a->data;
+        if (f && ix >= 0 && iy >= 0 && qint64(ix) < qint64(f->width) && qint64(iy) < qint64(f->height))
+            ui->Value->setText(QStringLiteral("%1").arg(f->pixel(ix, iy), 0, 'g', 4).trimmed());
+    }
+    if (dark)
+        ui->DarkValue->setText(QStringLiteral("%1").arg(dark->pixel(ix, iy), 0, 'g', 6));
+}
+
+void Body::onMousePressedInDispA()
+{
+    const ImgDispA *a = ui->dispA;
+    qDebug().noquote() << "pressed" << a->m.x << a->m.y << MouseC::mode(a->m.pressButton, a->m.pressModifiers)
+                       << MouseC::mode(a->m.button, a->m.modifiers);
+}
+
+QRect Body::screenBox(int x, int y, int hw, int vw) const
+{
+    // The size is a length in image pixels, so it goes to the screen as the
+    // corner does: a screen-to-real conversion here would shrink the box on
+    // a magnified image and leave the pointer outside it.
+    const ChCoord &cc = ui->dispA->cc;
+    return QRect(truncated(cc.r2sx(x - hw)), truncated(cc.r2sy(y - vw)), truncated(cc.r2sdx(2 * hw + 1)),
+                 truncated(cc.r2sdy(2 * vw + 1)));
+}
+
+void Body::draw(QPainter *p)
+{
+    const ImgDispA *a = ui->dispA;
+    const ChCoord &cc = a->cc;
+    const int hw = std::abs(viewHalfWidth());
+    const int vw = std::abs(viewHalfHeight());
+
+    p->setPen(QPen(QColor(255, 0, 0), 2));
+    p->drawRect(screenBox(curX, curY, hw, vw));
+
+    p->setPen(QColor(192, 192, 0));
+    const int sx = truncated(cc.r2sx(curX));
+    const int sy = truncated(cc.r2sy(curY));
+    p->drawLine(sx, truncated(cc.r2sy(0)), sx, truncated(cc.r2sy(imgH)));
+    p->drawLine(truncated(cc.r2sx(0)), sy, truncated(cc.r2sx(imgW)), sy);
+
+    if (a->hasSelection || a->selecting) {
+        p->setPen(QColor(192, 192, 255));
+        p->drawRect(truncated(cc.r2sx(a->selX)), truncated(cc.r2sy(a->selY)), truncated(cc.r2sdx(a->selW)),
+                    truncated(cc.r2sdy(a->selH)));
+        const int x = truncated(a->selX);
+        const int y = truncated(a->selY);
+        ui->BoxSize->setText(QString::asprintf("(% 4d, % 4d)-(% 4d, % 4d)", x, y, truncated(a->selX + a->selW),
+                                               truncated(a->selY + a->selH)));
+    }
+
+    auto drawArea = [&](const QRectF &r, const QColor &c) {
+        p->setPen(c);
+        p->drawRect(truncated(cc.r2sx(r.x())), truncated(cc.r2sy(r.y())), truncated(cc.r2sdx(r.width())),
+                    truncated(cc.r2sdy(r.height())));
+    };
+    if (useI0DarkArea)
+        drawArea(i0DarkRect, QColor(192, 255, 192));
+    if (useI1DarkArea)
+        drawArea(i1DarkRect, QColor(255, 192, 192));
+
+    ui->CBar->update();
+    // The cells of a checked value range and the analysis area's frame are
+    // drawn here once the analysis and its tools exist.
+    drawStoredPositions(p, hw, vw);
+}
+
+void Body::drawStoredPositions(QPainter *p, int hw, int vw)
+{
+    const int n = ui->PosSelect->count();
+    if (n == 0)
+        return;
+    const ChCoord &cc = ui->dispA->cc;
+    p->save();
+    p->setPen(QColor(200, 128, 0));
+    p->setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+    QString label, xs, ys;
+    for (int i = 0; i < n; ++i) {
+        splitPosItem(ui->PosSelect->itemText(i), &label, &xs, &ys);
+        const int x = xs.toInt();
+        const int y = ys.toInt();
+        p->drawRect(screenBox(x, y, hw, vw));
+        const double sx = cc.r2sx(x);
+        const double sy = cc.r2sy(y);
+        posText.drawFitted(p, QRectF(sx - 1000, sy, 1000, 15), label, Qt::AlignCenter, 1, 15);
+    }
+    p->restore();
+}
+
+void Body::movePosition(int x, int y)
+{
+    // Aimed at the pixel's centre: the pointer lives in whole screen pixels,
+    // and the corner of a magnified pixel would come back as its neighbour.
+    ImgDispA *a = ui->dispA;
+    a->setupCoords();
+    a->setRealMousePos(x + 0.5, y + 0.5);
+}
+
+void Body::newCurPos()
+{
+    if (i1Frames.isEmpty())
+        return;
+    const TiffData *first = i1Frames.first();
+    const int x = truncated(ui->PosX->text().trimmed().toDouble());
+    const int y = truncated(ui->PosY->text().trimmed().toDouble());
+    if (x >= 0 && qint64(x) < qint64(first->width))
+        curX = x;
+    if (y >= 0 && qint64(y) < qint64(first->height))
+        curY = y;
+    showXafsSpectrum();
+}
+
+void Body::savePos()
+{
+    ui->PosSelect->addItem(
+        QStringLiteral("[%1] %2 %3").arg(ui->PosLbl->text(), ui->PosX->text(), ui->PosY->text()));
+    updatePosLbl();
+}
+
+void Body::updatePosLbl()
+{
+    static const QRegularExpression counter(QStringLiteral("\\D*(\\d+)$"));
+    const QString text = ui->PosLbl->text();
+    const QRegularExpressionMatch m = counter.match(text);
+    if (!m.hasMatch()) {
+        ui->PosLbl->setText(text + QStringLiteral("01"));
+        return;
+    }
+    const QString digits = m.captured(1);
+    const qsizetype at = m.capturedStart(1);
+    // Counting up keeps the width and grows past it: A99 becomes A100.
+    const QString next = QStringLiteral("%1").arg(digits.toULongLong() + 1, int(digits.size()), 10, QLatin1Char('0'));
+    ui->PosLbl->setText(text.left(at) + next);
+}
+
+void Body::rememberPos()
+{
+    if (i1Frames.isEmpty() || ui->PosSelect->currentIndex() < 0)
+        return;
+    QString label, xs, ys;
+    splitPosItem(ui->PosSelect->currentText(), &label, &xs, &ys);
+    const TiffData *first = i1Frames.first();
+    bool ok = false;
+    const int x = xs.toInt(&ok);
+    if (ok && x >= 0 && qint64(x) < qint64(first->width))
+        curX = x;
+    const int y = ys.toInt(&ok);
+    if (ok && y >= 0 && qint64(y) < qint64(first->height))
+        curY = y;
+    showXafsSpectrum();
+}
+
+void Body::deletePos()
+{
+    const int i = ui->PosSelect->currentIndex();
+    if (i >= 0)
+        ui->PosSelect->removeItem(i);
+}
+
+void Body::showAnalyzedVals()
+{
+    // Writes the Analyzer's current map once result maps exist; until then
+    // there is no map, and so nothing to write.
+}
