@@ -23,9 +23,6 @@ private slots:
     void kEdgesRiseWithZ();
     void knownEdges_data();
     void knownEdges();
-    void suggestedEnergyText_data();
-    void suggestedEnergyText();
-    void missingFileClearsTable();
     void malformedTables_data();
     void malformedTables();
     void columnLayout();
@@ -112,16 +109,10 @@ void TestElmEdges::knownEdges_data()
 
     // Edge energies as every X-ray data booklet gives them; within 0.5 %.
     QTest::newRow("Fe K") << "Fe" << "K" << 7.112;
-    QTest::newRow("Zn K") << "Zn" << "K" << 9.659;
-    QTest::newRow("Mo K") << "Mo" << "K" << 20.000;
-    QTest::newRow("Ag K") << "Ag" << "K" << 25.514;
     QTest::newRow("Ce LIII") << "Ce" << "LIII" << 5.723;
-    QTest::newRow("Au K") << "Au" << "K" << 80.725;
     QTest::newRow("Au LI") << "Au" << "L1" << 14.353;
     QTest::newRow("Au LII") << "Au" << "L2" << 13.734;
-    QTest::newRow("Au LIII") << "Au" << "L3" << 11.919;
     QTest::newRow("U K") << "U" << "K" << 115.606;
-    QTest::newRow("U LIII") << "U" << "L3" << 17.166;
 }
 
 void TestElmEdges::knownEdges()
@@ -135,103 +126,55 @@ void TestElmEdges::knownEdges()
     QVERIFY2(std::abs(got - keV) <= 0.005 * keV, qPrintable(QString::number(got)));
 }
 
-void TestElmEdges::suggestedEnergyText_data()
-{
-    QTest::addColumn<QString>("symbol");
-    QTest::addColumn<QString>("edgeName");
-    QTest::addColumn<QString>("text");
-
-    // keV * 1000 written with 6 significant digits.
-    QTest::newRow("Cu K") << "Cu" << "K" << "8984.36"; // 8984.36029
-    QTest::newRow("Cu L1") << "Cu" << "L1" << "1100";
-    QTest::newRow("Cu L3") << "Cu" << "L3" << "935";
-    QTest::newRow("Pr K") << "Pr" << "K" << "41999";
-    QTest::newRow("Pr L2") << "Pr" << "L2" << "6447";
-    QTest::newRow("H K is '='") << "H" << "K" << "0";
-    QTest::newRow("H L3 is '='") << "H" << "L3" << "0";
-}
-
-void TestElmEdges::suggestedEnergyText()
-{
-    QFETCH(QString, symbol);
-    QFETCH(QString, edgeName);
-    QFETCH(QString, text);
-    const int z = elementNumber(symbol);
-    QVERIFY(z > 0);
-    QCOMPARE(QString::number(elmEdges[z].edge[edgeNumber(edgeName)] * 1000.0, 'g', 6), text);
-}
-
-// A failed read leaves every edge at 0, not the values of the read before.
-void TestElmEdges::missingFileClearsTable()
-{
-    QVERIFY(elmEdges[29].edge[0] > 0);
-    QTest::ignoreMessage(QtDebugMsg, "Cannot open [Victoreen1.txt]\n");
-    QVERIFY(!loadElmEdges(tmp.filePath(QStringLiteral("no-such-file.txt"))));
-    QCOMPARE(elmEdgeRows, 0);
-    for (const ElmEdge &row : elmEdges) {
-        QCOMPARE(row.z, 0);
-        QCOMPARE(edgeOf(row), Five{});
-    }
-}
-
 void TestElmEdges::malformedTables_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QList<int>>("zs");      // z of each row read
-    QTest::addColumn<QList<double>>("kEdge"); // edge[0] of each row read
-
-    QTest::newRow("empty file") << QByteArray() << QList<int>{} << QList<double>{};
+    QTest::addColumn<QByteArray>("content"); // null: no file at all
+    QTest::addColumn<QByteArray>("rows");    // z,kEdge of each row read
+    QTest::newRow("missing file clears the table") << QByteArray() << QByteArray();
+    QTest::newRow("empty file") << QByteArray("") << QByteArray();
     QTest::newRow("comments take no row")
-        << QByteArray("# heading\nA 1 2.5\n   # indented\n#B 2 3\nC 2 3.5\n")
-        << QList<int>{1, 2} << QList<double>{2.5, 3.5};
-    QTest::newRow("heading becomes row 0")
-        << QByteArray("Elm Z K keV\nH 1 0.5\n") << QList<int>{0, 1} << QList<double>{0, 0.5};
-    QTest::newRow("blank line takes a row")
-        << QByteArray("A 1 1\n\n   \nB 4 2\n") << QList<int>{1, 0, 0, 4}
-        << QList<double>{1, 0, 0, 2};
-    QTest::newRow("tabs, runs of blanks, CRLF")
-        << QByteArray("  A\t 5 \t  1.5  \r\nB 6 2\r\n") << QList<int>{5, 6}
-        << QList<double>{1.5, 2};
-    QTest::newRow("short line: missing fields read 0")
-        << QByteArray("Fe 26 7.112\nX\n") << QList<int>{26, 0} << QList<double>{7.112, 0};
-    QTest::newRow("z that is no integer")
-        << QByteArray("A abc 1\nB 2.5 2\nC -3 3\n") << QList<int>{0, 0, -3}
-        << QList<double>{1, 2, 3};
-    QTest::newRow("clamped at 0")
-        << QByteArray("A 1 -1\nB 2 =\nC 3 nan\nD 4 inf\nE 5 1e400\nF 6 0x10\nG 7 1e-3\n")
-        << QList<int>{1, 2, 3, 4, 5, 6, 7} << QList<double>{0, 0, 0, 0, 0, 0, 0.001};
-    QTest::newRow("no final newline") << QByteArray("A 1 1\nB 2 2") << QList<int>{1, 2}
-                                      << QList<double>{1, 2};
+        << QByteArray("# heading\nA 1 2.5\n   # indented\n#B 2 3\n#\nC 2 3.5\n") << QByteArray("1,2.5 2,3.5");
+    QTest::newRow("heading becomes row 0") << QByteArray("Elm Z K keV\nH 1 0.5\n") << QByteArray("0,0 1,0.5");
+    QTest::newRow("blank line takes a row") << QByteArray("A 1 1\n\n   \nB 4 2\n") << QByteArray("1,1 0,0 0,0 4,2");
+    QTest::newRow("tabs, runs of blanks, CRLF") << QByteArray("  A\t 5 \t  1.5  \r\nB 6 2\r\n")
+                                                << QByteArray("5,1.5 6,2");
+    QTest::newRow("short line: missing fields read 0") << QByteArray("Fe 26 7.112\nX\n") << QByteArray("26,7.112 0,0");
+    QTest::newRow("z that is no integer") << QByteArray("A abc 1\nB 2.5 2\nC -3 3\n") << QByteArray("0,1 0,2 -3,3");
+    QTest::newRow("clamped at 0") << QByteArray("A 1 -1\nB 2 =\nC 3 nan\nD 4 inf\nE 5 1e400\nF 6 0x10\nG 7 1e-3\n")
+                                  << QByteArray("1,0 2,0 3,0 4,0 5,0 6,0 7,0.001");
+    QTest::newRow("no final newline") << QByteArray("A 1 1\nB 2 2") << QByteArray("1,1 2,2");
     // Fields: garbage, "7", garbage, "9": z 7, a K edge that reads 0.
-    QTest::newRow("binary garbage")
-        << QByteArray("\x00\x01\xff\xfe 7 \x80\x00 9", 12) << QList<int>{7} << QList<double>{0};
-
+    QTest::newRow("binary garbage") << QByteArray("\x00\x01\xff\xfe 7 \x80\x00 9", 12) << QByteArray("7,0");
     // Rows past the table's 100 are dropped, not written past its end.
-    QByteArray many;
-    QList<int> zs;
-    QList<double> ks;
+    QByteArray many, read;
     for (int i = 0; i < 150; ++i) {
         many += "E " + QByteArray::number(i) + ' ' + QByteArray::number(i + 1) + '\n';
-        if (i < ElmEdgesMax) {
-            zs << i;
-            ks << i + 1;
-        }
+        if (i < ElmEdgesMax)
+            read += QByteArray::number(i) + ',' + QByteArray::number(i + 1) + ' ';
     }
-    QTest::newRow("150 rows") << many << zs << ks;
+    QTest::newRow("150 rows") << many << read;
 }
 
 void TestElmEdges::malformedTables()
 {
     QFETCH(QByteArray, content);
-    QFETCH(QList<int>, zs);
-    QFETCH(QList<double>, kEdge);
-
-    QVERIFY(loadElmEdges(writeTable(content)));
-    QCOMPARE(elmEdgeRows, zs.size());
+    QFETCH(QByteArray, rows);
+    const QList<QByteArray> read = rows.split(' ');
+    const int n = rows.isEmpty() ? 0 : read.size() - rows.endsWith(' ');
+    if (content.isNull()) {
+        QTest::ignoreMessage(QtDebugMsg, "Cannot open [Victoreen1.txt]\n");
+        QVERIFY(!loadElmEdges(tmp.filePath(QStringLiteral("no-such-file.txt"))));
+    } else {
+        QVERIFY(loadElmEdges(writeTable(content)));
+    }
+    QCOMPARE(elmEdgeRows, n);
+    // Rows not read stay cleared, whatever the shipped table held there.
     for (int i = 0; i < ElmEdgesMax; ++i) {
-        // Rows not read stay cleared, whatever the shipped table held there.
-        QCOMPARE(elmEdges[i].z, i < zs.size() ? zs[i] : 0);
-        QCOMPARE(elmEdges[i].edge[0], i < kEdge.size() ? kEdge[i] : 0.0);
+        const QList<QByteArray> zk = i < n ? read[i].split(',') : QList<QByteArray>{"0", "0"};
+        QCOMPARE(elmEdges[i].z, zk[0].toInt());
+        QCOMPARE(elmEdges[i].edge[0], zk[1].toDouble());
+        if (i >= n)
+            QCOMPARE(edgeOf(elmEdges[i]), Five{});
     }
 }
 
