@@ -12,8 +12,10 @@
 #include "images/_FileDialog.h"
 #include "ui_Body.h"
 #include "view/ImgDispA.h"
+#include "view/XafsView.h"
 
 #include <QDebug>
+#include <QPushButton>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QVBoxLayout>
@@ -77,6 +79,12 @@ void Body::setupBGSelect()
     ui->sideLayout->insertWidget(ui->sideLayout->indexOf(ui->DarkBox) + 2, bgSelect);
     connect(bgSelect, &XafsFileSelect::newFile, this, &Body::selectedBG);
     connect(bgSelect, &XafsFileSelect::cleared, this, &Body::clearedBG);
+    // The BG plot, once closed, comes back by this button.
+    auto *showBG = new QPushButton(tr("Show BG"), this);
+    showBG->setObjectName(QStringLiteral("ShowBG"));
+    showBG->setToolTip(tr("Show the background spectrum"));
+    ui->sideLayout->insertWidget(ui->sideLayout->indexOf(bgSelect) + 1, showBG);
+    connect(showBG, &QPushButton::clicked, bgView, &QWidget::show);
 }
 
 void Body::setupErrPoints()
@@ -212,7 +220,10 @@ void Body::selectedBG(QString fname)
     bg.setup(QStringLiteral("BG"), suggestElm());
     useBG = bg.load(fname);
     bgSelect->fileNameValid(useBG);
-    // The spectrum plot shows the BG from here once it has a BG view.
+    if (useBG) {
+        bgView->setTarget(bg);
+        bgView->show();
+    }
 }
 
 void Body::clearedBG()

@@ -6,6 +6,7 @@
 #include "images/TiffWriter.h"
 #include "images/XafsFileSelect.h"
 #include "images/_FileDialog.h"
+#include "view/XafsView.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -111,6 +112,8 @@ private slots:
     void boxAbsorption_data();
     void boxAbsorption();
     void darkImage();
+    void bgSpectrum_data();
+    void bgSpectrum();
 
 private:
     void loadStacks(Body &b);
@@ -243,6 +246,36 @@ void TestBodyAbsorption::darkImage()
     b.execCmdSlot(CmdLine::parse("Use_I0 0"), false);
     // Without the dark: ln(9 / box) of frame 0, box = 9 * 100 + 9 + 36.
     QCOMPARE(b.absorptionSpectrum(1, 1, 1, 1).points[0].y(), std::log(9.0 / 945.0));
+}
+
+// A background file that reads is plotted in the BG view; one that does not
+// leaves the view alone.
+void TestBodyAbsorption::bgSpectrum_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("points");
+    QTest::newRow("three points") << "8900 0.1\n8950 0.2\n9000 1.1\n" << 3;
+    QTest::newRow("no data") << "# nothing\n" << 0;
+}
+
+void TestBodyAbsorption::bgSpectrum()
+{
+    QFETCH(QString, text);
+    QFETCH(int, points);
+    QFile f(tmp.filePath("bg.dat"));
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Text));
+    f.write(text.toUtf8());
+    f.close();
+
+    Body b;
+    XafsView *view = nullptr;
+    for (XafsView *v : b.findChildren<XafsView *>())
+        if (v->windowTitle() == "BG Specturm")
+            view = v;
+    QVERIFY(view);
+    emit b.findChild<XafsFileSelect *>("SelectBG")->newFile(f.fileName());
+    QCOMPARE(view->isVisible(), points > 0);
+    QCOMPARE(view->currentTarget().points.size(), points);
 }
 
 QTEST_MAIN(TestBodyAbsorption)
