@@ -2,6 +2,7 @@
 #include "images/FrameReaders.h"
 
 #include "app/LineItems.h"
+#include "app/TruncatedInt.h"
 
 #include <QDebug>
 #include <QFile>
@@ -14,15 +15,6 @@
 #include <cmath>
 
 namespace {
-
-// Truncates toward zero; values beyond int (and NaN) are pinned so that the
-// conversion is always defined.
-int truncatedInt(double v)
-{
-    if (std::isnan(v))
-        return 0;
-    return int(std::clamp(v, double(INT_MIN), double(INT_MAX)));
-}
 
 // The third blank-separated word of a pixel line times 500, clipped at 0
 // from below; 0 for a line of fewer words. Works on a view so that no pixel

@@ -205,23 +205,6 @@ void TiffData::render()
     image = new QImage(out, int(width), int(height), stride, QImage::Format(imgFormat));
 }
 
-double TiffData::framePixel(qint64 fx, qint64 fy) const
-{
-    if (!insideFrame(fx, fy))
-        return 0.0;
-    switch (pixelType) {
-    case PixelTiffU16:
-    case PixelU16:
-        return static_cast<const quint16 *>(rows[fy])[fx];
-    case PixelU32:
-        return static_cast<const quint32 *>(rows[fy])[fx];
-    case PixelF32:
-        return static_cast<const float *>(rows[fy])[fx];
-    default:
-        return 0.0;
-    }
-}
-
 // Truncation toward zero into T's range; NaN becomes 0. Out-of-range values
 // are pinned rather than wrapped so that the conversion is always defined.
 template <typename T>

@@ -39,24 +39,7 @@ public:
 
     // Value at image coordinates; 0.0 outside the frame or without pixels.
     // The inner loop of everything: bounds test and a switch only.
-    double pixel(int x, int y) const
-    {
-        const qint64 fx = qint64(x) - shiftX;
-        const qint64 fy = qint64(y) - shiftY;
-        if (fx < 0 || fy < 0 || fx >= qint64(width) || fy >= qint64(height))
-            return 0.0;
-        switch (pixelType) {
-        case PixelTiffU16:
-        case PixelU16:
-            return static_cast<const quint16 *>(rows[fy])[fx];
-        case PixelU32:
-            return static_cast<const quint32 *>(rows[fy])[fx];
-        case PixelF32:
-            return static_cast<const float *>(rows[fy])[fx];
-        default:
-            return 0.0;
-        }
-    }
+    double pixel(int x, int y) const { return framePixel(qint64(x) - shiftX, qint64(y) - shiftY); }
 
     // Gives the frame zeroed pixels of w x h in `type` (PixelU16, PixelU32 or
     // PixelF32), replacing those it held, for frames made in code rather than
@@ -134,7 +117,22 @@ private:
     {
         return fx >= 0 && fy >= 0 && fx < qint64(width) && fy < qint64(height);
     }
-    double framePixel(qint64 fx, qint64 fy) const;
+    double framePixel(qint64 fx, qint64 fy) const
+    {
+        if (!insideFrame(fx, fy))
+            return 0.0;
+        switch (pixelType) {
+        case PixelTiffU16:
+        case PixelU16:
+            return static_cast<const quint16 *>(rows[fy])[fx];
+        case PixelU32:
+            return static_cast<const quint32 *>(rows[fy])[fx];
+        case PixelF32:
+            return static_cast<const float *>(rows[fy])[fx];
+        default:
+            return 0.0;
+        }
+    }
     void setFramePixel(qint64 fx, qint64 fy, double v);
     void takePixels(FrameLoad &load);
 };

@@ -4,6 +4,7 @@
 #include "app/Body.h"
 
 #include "app/LineItems.h"
+#include "app/TruncatedInt.h"
 #include "images/SelectDataFiles.h"
 #include "images/TiffData.h"
 #include "ui_Body.h"
@@ -17,23 +18,9 @@
 #include <QPushButton>
 #include <QRegularExpression>
 
-#include <climits>
 #include <cmath>
 
 namespace {
-
-// Truncation toward zero that stays defined far off the image (and for NaN
-// from a view that has no size yet).
-int truncated(double v)
-{
-    if (!(v == v))
-        return 0;
-    if (v <= double(INT_MIN))
-        return INT_MIN;
-    if (v >= double(INT_MAX))
-        return INT_MAX;
-    return int(v);
-}
 
 // "[A00]   12   34" into its label and the two coordinates.
 void splitPosItem(const QString &item, QString *label, QString *x, QString *y)
@@ -78,8 +65,8 @@ double Body::currentEShift() const
 
 void Body::showXafsSpectrum(double x, double y)
 {
-    curX = truncated(x);
-    curY = truncated(y);
+    curX = truncatedInt(x);
+    curY = truncatedInt(y);
     showXafsSpectrum();
 }
 
@@ -111,8 +98,8 @@ void Body::showXafsSpectrum()
 void Body::onMouseMovedInDispA()
 {
     const ImgDispA *a = ui->dispA;
-    const int ix = truncated(a->cc.s2rx(a->m.x));
-    const int iy = truncated(a->cc.s2ry(a->m.y));
+    const int ix = truncatedInt(a->cc.s2rx(a->m.x));
+    const int iy = truncatedInt(a->cc.s2ry(a->m.y));
     const bool asAbsorption = ui->ShowData->isChecked();
 
     ui->HCross->setData(horizontalSection(iy, 1, viewHalfHeight(), asAbsorption));
@@ -147,8 +134,8 @@ QRect Body::screenBox(int x, int y, int hw, int vw) const
     // corner does: a screen-to-real conversion here would shrink the box on
     // a magnified image and leave the pointer outside it.
     const ChCoord &cc = ui->dispA->cc;
-    return QRect(truncated(cc.r2sx(x - hw)), truncated(cc.r2sy(y - vw)), truncated(cc.r2sdx(2 * hw + 1)),
-                 truncated(cc.r2sdy(2 * vw + 1)));
+    return QRect(truncatedInt(cc.r2sx(x - hw)), truncatedInt(cc.r2sy(y - vw)), truncatedInt(cc.r2sdx(2 * hw + 1)),
+                 truncatedInt(cc.r2sdy(2 * vw + 1)));
 }
 
 void Body::draw(QPainter *p)
@@ -162,25 +149,25 @@ void Body::draw(QPainter *p)
     p->drawRect(screenBox(curX, curY, hw, vw));
 
     p->setPen(QColor(192, 192, 0));
-    const int sx = truncated(cc.r2sx(curX));
-    const int sy = truncated(cc.r2sy(curY));
-    p->drawLine(sx, truncated(cc.r2sy(0)), sx, truncated(cc.r2sy(imgH)));
-    p->drawLine(truncated(cc.r2sx(0)), sy, truncated(cc.r2sx(imgW)), sy);
+    const int sx = truncatedInt(cc.r2sx(curX));
+    const int sy = truncatedInt(cc.r2sy(curY));
+    p->drawLine(sx, truncatedInt(cc.r2sy(0)), sx, truncatedInt(cc.r2sy(imgH)));
+    p->drawLine(truncatedInt(cc.r2sx(0)), sy, truncatedInt(cc.r2sx(imgW)), sy);
 
     if (a->hasSelection || a->selecting) {
         p->setPen(QColor(192, 192, 255));
-        p->drawRect(truncated(cc.r2sx(a->selX)), truncated(cc.r2sy(a->selY)), truncated(cc.r2sdx(a->selW)),
-                    truncated(cc.r2sdy(a->selH)));
-        const int x = truncated(a->selX);
-        const int y = truncated(a->selY);
-        ui->BoxSize->setText(QString::asprintf("(% 4d, % 4d)-(% 4d, % 4d)", x, y, truncated(a->selX + a->selW),
-                                               truncated(a->selY + a->selH)));
+        p->drawRect(truncatedInt(cc.r2sx(a->selX)), truncatedInt(cc.r2sy(a->selY)), truncatedInt(cc.r2sdx(a->selW)),
+                    truncatedInt(cc.r2sdy(a->selH)));
+        const int x = truncatedInt(a->selX);
+        const int y = truncatedInt(a->selY);
+        ui->BoxSize->setText(QString::asprintf("(% 4d, % 4d)-(% 4d, % 4d)", x, y, truncatedInt(a->selX + a->selW),
+                                               truncatedInt(a->selY + a->selH)));
     }
 
     auto drawArea = [&](const QRectF &r, const QColor &c) {
         p->setPen(c);
-        p->drawRect(truncated(cc.r2sx(r.x())), truncated(cc.r2sy(r.y())), truncated(cc.r2sdx(r.width())),
-                    truncated(cc.r2sdy(r.height())));
+        p->drawRect(truncatedInt(cc.r2sx(r.x())), truncatedInt(cc.r2sy(r.y())), truncatedInt(cc.r2sdx(r.width())),
+                    truncatedInt(cc.r2sdy(r.height())));
     };
     if (useI0DarkArea)
         drawArea(i0DarkRect, QColor(192, 255, 192));
@@ -229,8 +216,8 @@ void Body::newCurPos()
     if (i1Frames.isEmpty())
         return;
     const TiffData *first = i1Frames.first();
-    const int x = truncated(ui->PosX->text().trimmed().toDouble());
-    const int y = truncated(ui->PosY->text().trimmed().toDouble());
+    const int x = truncatedInt(ui->PosX->text().trimmed().toDouble());
+    const int y = truncatedInt(ui->PosY->text().trimmed().toDouble());
     if (x >= 0 && qint64(x) < qint64(first->width))
         curX = x;
     if (y >= 0 && qint64(y) < qint64(first->height))

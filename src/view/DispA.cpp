@@ -1,25 +1,10 @@
 #include "view/DispA.h"
 
+#include "app/TruncatedInt.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
-
-#include <climits>
-
-namespace {
-// Truncation that stays defined for positions far off (or NaN from a
-// zero-width real range): those land on the nearest int, NaN on 0.
-int truncated(double v)
-{
-    if (!(v == v))
-        return 0;
-    if (v <= double(INT_MIN))
-        return INT_MIN;
-    if (v >= double(INT_MAX))
-        return INT_MAX;
-    return int(v);
-}
-} // namespace
 
 DispA::DispA(QWidget *parent)
     : QFrame(parent)
@@ -90,5 +75,5 @@ void DispA::setScreenMousePos(int x, int y)
 
 void DispA::setRealMousePos(double x, double y)
 {
-    setScreenMousePos(truncated(cc.r2sx(x)), truncated(cc.r2sy(y)));
+    setScreenMousePos(truncatedInt(cc.r2sx(x)), truncatedInt(cc.r2sy(y)));
 }
