@@ -3,8 +3,8 @@
 // main window takes them; against the bare read loop on one thread, and with
 // the two loaders (I1 and I0) working at once.
 
+#include "BenchFrames.h"
 #include "images/LoadTiff.h"
-#include "images/TiffWriter.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -22,28 +22,9 @@ constexpr quint32 kSide = 2048;
 constexpr int kFiles = 50;
 constexpr double kFrameBytes = double(kSide) * kSide * 2;
 
-// kFiles detector-sized frames, written once per process and read once so
-// that the timed rounds come from the page cache.
 const QStringList &frameFiles()
 {
-    static QTemporaryDir dir;
-    static const QStringList files = [] {
-        QStringList names;
-        std::vector<quint16> px(std::size_t(kSide) * kSide);
-        for (int f = 0; f < kFiles; ++f) {
-            for (std::size_t i = 0; i < px.size(); ++i)
-                px[i] = quint16(((i + f) * 2654435761u) >> 16);
-            const QString name = dir.filePath(QStringLiteral("frame%1.tif").arg(f, 3, 10, QLatin1Char('0')));
-            if (!writeTiff16(name, kSide, kSide, px.data()))
-                return QStringList();
-            names << name;
-        }
-        for (const QString &n : names) {
-            TiffData warm;
-            warm.read(n);
-        }
-        return names;
-    }();
+    static const QStringList files = benchFrameFiles(kSide, kFiles);
     return files;
 }
 

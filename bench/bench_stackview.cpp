@@ -4,8 +4,8 @@
 // the newest during a load. Against the drawing alone, and the re-rendering
 // that "Set All" does for every frame of a stack.
 
+#include "BenchFrames.h"
 #include "images/LoadTiff.h"
-#include "images/TiffWriter.h"
 #include "view/ImgDispA.h"
 
 #include <QApplication>
@@ -26,25 +26,7 @@ constexpr int kAreaSide = 800; // a typical image area on screen
 
 const QStringList &frameFiles()
 {
-    static QTemporaryDir dir;
-    static const QStringList files = [] {
-        QStringList names;
-        std::vector<quint16> px(std::size_t(kSide) * kSide);
-        for (int f = 0; f < kFiles; ++f) {
-            for (std::size_t i = 0; i < px.size(); ++i)
-                px[i] = quint16(((i + f) * 2654435761u) >> 16);
-            const QString name = dir.filePath(QStringLiteral("frame%1.tif").arg(f, 3, 10, QLatin1Char('0')));
-            if (!writeTiff16(name, kSide, kSide, px.data()))
-                return QStringList();
-            names << name;
-        }
-        // Read once so that the timed rounds come from the page cache.
-        for (const QString &n : names) {
-            TiffData warm;
-            warm.read(n);
-        }
-        return names;
-    }();
+    static const QStringList files = benchFrameFiles(kSide, kFiles);
     return files;
 }
 
