@@ -111,23 +111,20 @@ struct Setup
     {
         for (const QString &w : words.split(' ', Qt::SkipEmptyParts)) {
             const QString v = w.section('=', 1);
-            const QStringList parts = v.split(QRegularExpression("[/,]"));
-            if (w.startsWith("i0="))
+            QVector<double> n;
+            for (const QString &part : v.split(QRegularExpression("[/,]")))
+                n << part.toDouble();
+            if (w.startsWith("i0=")) {
                 i0 = v == "full" ? &kI0Full : v == "one" ? &kI0One : &kI0Narrow;
-            else if (w.startsWith("dark=")) {
+            } else if (w.startsWith("dark=")) {
                 dark = true;
-                darkExp = parts[0].toDouble();
-                i1Exp = parts[1].toDouble();
-                i0Exp = parts[2].toDouble();
-            } else if (w.startsWith("total="))
+                darkExp = n[0], i1Exp = n[1], i0Exp = n[2];
+            } else if (w.startsWith("total=")) {
                 total = v == "9809" ? 1 : 2;
-            else if (w.startsWith("order=")) {
-                order.clear();
-                for (const QString &p : parts)
-                    order << p.toInt();
+            } else if (w.startsWith("order=")) {
+                order = QVector<int>(n.cbegin(), n.cend());
             } else if (w.startsWith("list1=")) {
-                for (const QString &p : parts)
-                    list1 << p.toDouble();
+                list1 = n;
             } else {
                 useI0 &= w != "noI0";
                 fluo |= w == "fluo";
@@ -292,7 +289,6 @@ void TestAbsorption::curves_data()
     // Rate 54 / 200 ms: I1 at 100 ms takes 27, I0 at 400 ms 108.
     row("dark scaled to each exposure", "i0=full dark=200/100/400", "mu", {2, 1, 1, 1},
         {ln(1935.0 / 459), ln(2205.0 / 549), ln(2385.0 / 639)});
-    row("dark scaled, fluorescence", "i0=full fluo dark=200/100/400", "mu", {2, 1, 1, 1});
     // A dark exposure of 0 is not guarded: inf dark, then inf * 0 = NaN.
     row("dark exposure 0, transmission", "noI0 dark=0/100/0", "mu", {2, 1, 1, 1}, {1, 1, 1});
     row("dark exposure 0, fluorescence", "noI0 fluo dark=0/100/0", "mu", {2, 1, 1, 1}, {-qInf(), -qInf(), -qInf()});
@@ -312,7 +308,6 @@ void TestAbsorption::curves_data()
     row("total I0 from a column file: a = 0", "i0=full total=cols", "mu", {2, 1, 1, 1}, {1, 1, 1});
     // x -2..2, y -1..1 keeps 6 pixels: 312 + 60k, N stays 15.
     row("box partly outside, N stays full", "noI0", "mu", {0, 0, 2, 1}, {ln(15.0 / 312), ln(15.0 / 372), ln(15.0 / 432)});
-    row("box partly outside, I0 falls too", "i0=full", "mu", {0, 0, 2, 1});
     row("negative width: N = -1 * 3", "noI0", "mu", {2, 1, -1, 1}, {1, 1, 1});
     row("both widths negative: N = 1", "noI0", "mu", {2, 1, -1, -1});
     row("huge widths with I0", "i0=full", "mu", {2, 1, INT_MAX, INT_MAX});
@@ -330,7 +325,6 @@ void TestAbsorption::curves_data()
     // Dark, dark areas and I0 are all set and must all be ignored.
     const char *all = "i0=full dark=1/100/100 a1";
     row("raw inside", all, "raw", {2, 1, 1, 1}, {486, 576, 666});
-    row("raw partly outside", all, "raw", {4, 3, 1, 1});
     row("raw x = imgW", all, "raw", {5, 0, 1, 1});
 
     // Corners, then centre and half widths: half differences rounded up.
