@@ -24,48 +24,25 @@ double angleToEV(double deg)
     return 12398.424360387684 / (2 * std::sin(deg * 3.1415926535 / 180) * D0);
 }
 
-// Applies "setter argument" steps to a panel, in the batch's manner.
-void apply(SelectDataFiles &p, const QStringList &steps)
+// Calls the panel's slots by name, in the batch's manner: "slot argument",
+// the argument converted to the slot's parameter type.
+void apply(QObject &o, const QStringList &steps)
 {
     for (const QString &step : steps) {
-        const QString word = step.section(' ', 0, 0);
-        const QString arg = step.section(' ', 1);
-        if (word == "name")
-            p.setEngByName(arg == "1");
-        else if (word == "calc")
-            p.setEngByCalc(arg == "1");
-        else if (word == "regexp")
-            p.setEngByNameRegExp(arg);
-        else if (word == "factor")
-            p.setEngByNameFactor(arg.toDouble());
-        else if (word == "start")
-            p.setEngCalcStart(arg.toDouble());
-        else if (word == "delta")
-            p.setEngCalcDelta(arg.toDouble());
-        else if (word == "end")
-            p.setEngCalcEnd(arg.toDouble());
-        else if (word == "num")
-            p.setEngCalcNum(arg.toInt());
-        else if (word == "evenEng")
-            p.setEvenInEng(arg == "1");
-        else if (word == "evenDeg")
-            p.setEvenInDeg(arg == "1");
-        else if (word == "unit")
-            p.setDispUnit(arg.toInt());
-        else if (word == "ref")
-            p.setEngByRef(arg);
-        else
-            QFAIL(qPrintable("unknown step " + step));
+        const QMetaObject *mo = o.metaObject();
+        int i = mo->methodCount();
+        while (--i >= 0 && mo->method(i).name() != step.section(' ', 0, 0).toLatin1()) {
+        }
+        QVERIFY2(i >= 0, qPrintable("unknown step " + step));
+        const QMetaMethod m = mo->method(i);
+        if (m.parameterCount() == 0) {
+            QVERIFY(m.invoke(&o));
+            continue;
+        }
+        QVariant v(step.section(' ', 1));
+        QVERIFY(v.convert(QMetaType(m.parameterType(0))));
+        QVERIFY(m.invoke(&o, QGenericArgument(m.parameterTypes().at(0).constData(), v.data())));
     }
-}
-
-template <class T>
-T *child(QObject &parent, const char *name)
-{
-    T *w = parent.findChild<T *>(QLatin1String(name));
-    if (!w)
-        qWarning("no child %s", name);
-    return w;
 }
 
 bool writeText(const QString &path, const QByteArray &text)
@@ -82,16 +59,10 @@ private slots:
     void initTestCase();
     void energy_data();
     void energy();
-    void loadOptions_data();
-    void loadOptions();
-    void registerFrames();
-    void followOnlyWhenShowLatest();
-    void stepping_data();
-    void stepping();
-    void linkedFields_data();
-    void linkedFields();
-    void patternList_data();
-    void patternList();
+    void panelState_data();
+    void panelState();
+    void eofFields_data();
+    void eofFields();
     void errPointsMask_data();
     void errPointsMask();
     void xafsFileSelect();
@@ -118,48 +89,42 @@ void TestSelectDataFiles::energy_data()
     QTest::addColumn<int>("total");
     QTest::addColumn<double>("expected");
 
+    const QString keV = "setEngByNameRegExp \\d\\d_\\d\\d\\d\\d\\d\\dKeV";
+    const QString calc = "setEngByCalc 1";
     // Default: by name with the first pattern, which wants four decimals.
     QTest::newRow("default pattern") << QStringList() << "/d/s_7112_5000.tif" << 0 << 1 << 7112.5;
-    QTest::newRow("default no match") << QStringList() << "/d/s_7112_50.tif" << 3 << 9 << 3.0;
-    QTest::newRow("pattern set") << QStringList{ "regexp \\d\\d\\d\\d_\\d\\d" } << "/d/s_7112_50.tif" << 3 << 9
-                                 << 7112.5;
-    // A keV pattern brings the factor 1000 with it: 12.345678 keV.
-    QTest::newRow("keV pattern sets factor") << QStringList{ "regexp \\d\\d_\\d\\d\\d\\d\\d\\dKeV" }
-                                             << "a_12_345678KeV.tif" << 0 << 1 << 12345.678;
-    // The factor set after the pattern stands.
-    QTest::newRow("factor after pattern") << QStringList{ "regexp \\d\\d_\\d\\d\\d\\d\\d\\dKeV", "factor 1" }
-                                          << "a_12_345678KeV.tif" << 0 << 1 << 12.345678;
-    // ... and a pattern set after the factor resets it.
-    QTest::newRow("pattern after factor") << QStringList{ "factor 1000", "regexp \\d\\d\\d\\d_\\d\\d" }
-                                          << "s_7112_50.tif" << 0 << 1 << 7112.5;
-    QTest::newRow("no match times factor") << QStringList{ "factor 1000" } << "frame.tif" << 5 << 9 << 5000.0;
-    // Recipe in eV, even in energy: 7000 + 2 * 10.
-    QTest::newRow("calc eV") << QStringList{ "calc 1", "evenEng 1", "start 7000", "delta 2" } << "s_7112_5000.tif"
-                             << 10 << 20 << 7020.0;
-    // keV: (7 + 0.002 * 5) * 1000.
-    QTest::newRow("calc keV") << QStringList{ "calc 1", "evenEng 1", "unit 1", "start 7", "delta 0.002" }
+    QTest::newRow("pattern set") << QStringList{"setEngByNameRegExp \\d\\d\\d\\d_\\d\\d"} << "/d/s_7112_50.tif" << 3
+                                 << 9 << 7112.5;
+    // A keV pattern brings the factor 1000 with it; a factor set after it stands.
+    QTest::newRow("keV pattern sets factor") << QStringList{keV} << "a_12_345678KeV.tif" << 0 << 1 << 12345.678;
+    QTest::newRow("factor after pattern") << QStringList{keV, "setEngByNameFactor 1"} << "a_12_345678KeV.tif" << 0
+                                          << 1 << 12.345678;
+    QTest::newRow("pattern after factor resets it")
+        << QStringList{"setEngByNameFactor 1000", "setEngByNameRegExp \\d\\d\\d\\d_\\d\\d"} << "s_7112_50.tif" << 0
+        << 1 << 7112.5;
+    QTest::newRow("no match: index times factor") << QStringList{"setEngByNameFactor 1000"} << "frame.tif" << 5 << 9
+                                                  << 5000.0;
+    // Recipe even in energy: 7000 + 2 * 10 eV; (7 + 0.002 * 5) keV.
+    QTest::newRow("calc eV") << QStringList{calc, "setEvenInEng 1", "setEngCalcStart 7000", "setEngCalcDelta 2"}
+                             << "s_7112_5000.tif" << 10 << 20 << 7020.0;
+    QTest::newRow("calc keV") << QStringList{calc, "setEvenInEng 1", "setDispUnit 1", "setEngCalcStart 7",
+                                             "setEngCalcDelta 0.002"}
                               << "f.tif" << 5 << 20 << 7010.0;
-    // Degrees: index 2 of the selector; 14 - 0.1 * 3 = 13.7 degrees.
-    QTest::newRow("calc deg") << QStringList{ "calc 1", "unit 2", "start 14", "delta -0.1" } << "f.tif" << 3 << 20
-                              << angleToEV(13.7);
-    // An index beyond the list is ignored: still degrees.
-    QTest::newRow("unit beyond list") << QStringList{ "calc 1", "unit 2", "unit 3", "start 14", "delta -0.1" }
-                                      << "f.tif" << 3 << 20 << angleToEV(13.7);
-    // Default recipe even in angle: frame 0 is the start.
-    QTest::newRow("calc even angle first") << QStringList{ "calc 1" } << "f.tif" << 0 << 20 << 8000.0;
-    QTest::newRow("back to name") << QStringList{ "calc 1", "name 1" } << "s_7112_5000.tif" << 0 << 1 << 7112.5;
-    // Reference file of three rows, matched from the end: of 2 frames,
-    // frame 0 takes row 1 (14.1 deg).
-    QTest::newRow("ref from end") << QStringList{ "ref REF" } << "f.tif" << 0 << 2 << angleToEV(14.1);
-    QTest::newRow("ref last row") << QStringList{ "ref REF" } << "f.tif" << 1 << 2 << angleToEV(14.2);
-    // The recipe wins over the file when both are chosen in turn: the
-    // file's radio is then off.
-    QTest::newRow("calc after ref") << QStringList{ "ref REF", "calc 1", "evenEng 1" } << "f.tif" << 1 << 2 << 8001.0;
-    // A file that can't be read: the source is still the file, and with no
-    // rows the frames count from 8000.
-    QTest::newRow("ref unreadable") << QStringList{ "ref /no/such/ref.dat" } << "f.tif" << 4 << 9 << 8004.0;
+    // Degrees, index 2 of the selector: 14 - 0.1 * 3 = 13.7; an index beyond the list is ignored.
+    QTest::newRow("calc deg, unit beyond list")
+        << QStringList{calc, "setDispUnit 2", "setDispUnit 3", "setEngCalcStart 14", "setEngCalcDelta -0.1"}
+        << "f.tif" << 3 << 20 << angleToEV(13.7);
+    QTest::newRow("calc even angle first") << QStringList{calc} << "f.tif" << 0 << 20 << 8000.0;
+    QTest::newRow("back to name") << QStringList{calc, "setEngByName 1"} << "s_7112_5000.tif" << 0 << 1 << 7112.5;
+    // Three rows matched from the end: of 2 frames, frame 0 takes row 1.
+    QTest::newRow("ref from end") << QStringList{"setEngByRef REF"} << "f.tif" << 0 << 2 << angleToEV(14.1);
+    // The recipe chosen after the file turns the file's radio off.
+    QTest::newRow("calc after ref") << QStringList{"setEngByRef REF", calc, "setEvenInEng 1"} << "f.tif" << 1 << 2
+                                    << 8001.0;
+    // Unreadable: the source is still the file, and with no rows frames count from 8000.
+    QTest::newRow("ref unreadable") << QStringList{"setEngByRef /no/such/ref.dat"} << "f.tif" << 4 << 9 << 8004.0;
     // Switching a chosen radio off does not turn another on.
-    QTest::newRow("calc off keeps name") << QStringList{ "calc 0" } << "s_7112_5000.tif" << 0 << 1 << 7112.5;
+    QTest::newRow("calc off keeps name") << QStringList{"setEngByCalc 0"} << "s_7112_5000.tif" << 0 << 1 << 7112.5;
 }
 
 void TestSelectDataFiles::energy()
@@ -176,198 +141,116 @@ void TestSelectDataFiles::energy()
     QCOMPARE(panel.energyOf(fileName, fNo, total), expected);
 }
 
-void TestSelectDataFiles::loadOptions_data()
+void TestSelectDataFiles::panelState_data()
 {
-    QTest::addColumn<int>("skip");
-    QTest::addColumn<int>("cutF");
-    QTest::addColumn<int>("cutL");
-    QTest::addColumn<int>("expSkip");
-    QTest::addColumn<int>("expCutF");
-    QTest::addColumn<int>("expCutL");
+    QTest::addColumn<QStringList>("steps");
+    // skip, cutFirst, cutLast, current frame, the Count label, currentIndexChanged signals
+    QTest::addColumn<QVector<int>>("expected");
 
-    QTest::newRow("as given") << 3 << 4 << 5 << 3 << 4 << 5;
-    QTest::newRow("stride below 2") << 0 << 0 << 0 << 1 << 0 << 0;
-    QTest::newRow("negative") << -2 << -3 << -1 << 1 << 0 << 0;
-    QTest::newRow("stride 2") << 2 << 1 << 0 << 2 << 1 << 0;
+    QTest::newRow("options as given") << QStringList{"setSkip 3", "setCutF 4", "setCutL 5"}
+                                      << QVector<int>{3, 4, 5, 0, 3, 1};
+    QTest::newRow("stride below 2") << QStringList{"setSkip 0"} << QVector<int>{1, 0, 0, 0, 3, 1};
+    QTest::newRow("stride 2") << QStringList{"setSkip 2", "setCutF 1"} << QVector<int>{2, 1, 0, 0, 3, 1};
+    QTest::newRow("negative") << QStringList{"setSkip -2", "setCutF -3", "setCutL -1"} << QVector<int>{1, 0, 0, 0, 3, 1};
+    // The first frame became current as it came; each move reports itself.
+    QTest::newRow("next") << QStringList{"next"} << QVector<int>{1, 0, 0, 1, 3, 2};
+    QTest::newRow("next at end") << QStringList{"select 2", "next"} << QVector<int>{1, 0, 0, 2, 3, 2};
+    QTest::newRow("prev") << QStringList{"select 2", "prev"} << QVector<int>{1, 0, 0, 1, 3, 3};
+    QTest::newRow("prev at start") << QStringList{"prev"} << QVector<int>{1, 0, 0, 0, 3, 1};
+    QTest::newRow("select beyond") << QStringList{"select 1", "select 3"} << QVector<int>{1, 0, 0, 1, 3, 2};
+    QTest::newRow("select negative") << QStringList{"select 1", "select -1"} << QVector<int>{1, 0, 0, 1, 3, 2};
+    // Only while following the loading does the panel report a new frame.
+    QTest::newRow("not following") << QStringList{"setShowLatest 0", "select 1"} << QVector<int>{1, 0, 0, 1, 3, 1};
+    QTest::newRow("cleared") << QStringList{"clearFiles"} << QVector<int>{1, 0, 0, -1, 0, 2};
 }
 
-void TestSelectDataFiles::loadOptions()
+// Three frames listed with the energies their names give, then the steps.
+void TestSelectDataFiles::panelState()
 {
-    QFETCH(int, skip);
-    QFETCH(int, cutF);
-    QFETCH(int, cutL);
-    QFETCH(int, expSkip);
-    QFETCH(int, expCutF);
-    QFETCH(int, expCutL);
+    QFETCH(QStringList, steps);
+    QFETCH(QVector<int>, expected);
 
     SelectDataFiles panel;
-    panel.setSkip(skip);
-    panel.setCutF(cutF);
-    panel.setCutL(cutL);
-    QCOMPARE(panel.skip(), expSkip);
-    QCOMPARE(panel.cutFirst(), expCutF);
-    QCOMPARE(panel.cutLast(), expCutL);
-}
-
-// Each loaded frame is listed with its energy; the count follows.
-void TestSelectDataFiles::registerFrames()
-{
-    SelectDataFiles panel;
-    panel.setEngByNameRegExp("\\d\\d\\d\\d_\\d\\d");
-    auto *count = child<QLabel>(panel, "Count");
-    auto *list = child<QComboBox>(panel, "Selected");
+    auto *count = panel.findChild<QLabel *>("Count");
+    auto *list = panel.findChild<QComboBox *>("Selected");
     QVERIFY(count && list);
-
+    QSignalSpy spy(&panel, &SelectDataFiles::currentIndexChanged);
+    panel.setEngByNameRegExp("\\d\\d\\d\\d_\\d\\d");
     QCOMPARE(panel.registerFrame("/d/a_7112_50.tif", 0, 3), 7112.5);
     QCOMPARE(panel.registerFrame("/d/a_7113_25.tif", 1, 3), 7113.25);
     QCOMPARE(panel.registerFrame("/d/a_dark.tif", 2, 3), 2.0);
-    QCOMPARE(count->text(), QStringLiteral("3"));
     QCOMPARE(list->itemText(1), QStringLiteral("/d/a_7113_25.tif"));
     QCOMPARE(panel.energyAt(1), 7113.25);
     QCOMPARE(panel.energyAt(3), 0.0);
-
-    panel.clearFiles();
-    QCOMPARE(count->text(), QStringLiteral("0"));
-    QCOMPARE(panel.count(), 0);
+    apply(panel, steps);
+    QCOMPARE((QVector<int>{panel.skip(), panel.cutFirst(), panel.cutLast(), panel.currentIndex(),
+                           count->text().toInt(), int(spy.count())}),
+             expected);
+    QCOMPARE(panel.count(), expected[4]);
 }
 
-// The panel reports a new current frame only while it follows the loading.
-void TestSelectDataFiles::followOnlyWhenShowLatest()
+void TestSelectDataFiles::eofFields_data()
 {
-    SelectDataFiles panel;
-    QSignalSpy spy(&panel, &SelectDataFiles::currentIndexChanged);
-    panel.registerFrame("a.tif", 0, 3);
-    panel.registerFrame("b.tif", 1, 3);
-    panel.select(1);
-    QCOMPARE(spy.count(), 2); // the first item became current, then 1
-    QCOMPARE(spy.last().at(0).toInt(), 1);
-
-    panel.setShowLatest(false);
-    panel.select(0);
-    QCOMPARE(spy.count(), 2);
-    QCOMPARE(panel.currentIndex(), 0);
-}
-
-void TestSelectDataFiles::stepping_data()
-{
-    QTest::addColumn<int>("start");
-    QTest::addColumn<QString>("op");
-    QTest::addColumn<int>("expected");
-
-    // Three frames.
-    QTest::newRow("next") << 0 << "next" << 1;
-    QTest::newRow("next at end") << 2 << "next" << 2;
-    QTest::newRow("prev") << 2 << "prev" << 1;
-    QTest::newRow("prev at start") << 0 << "prev" << 0;
-    QTest::newRow("select beyond") << 1 << "select3" << 1;
-    QTest::newRow("select negative") << 1 << "select-1" << 1;
-    QTest::newRow("select last") << 0 << "select2" << 2;
-}
-
-void TestSelectDataFiles::stepping()
-{
-    QFETCH(int, start);
-    QFETCH(QString, op);
-    QFETCH(int, expected);
-
-    SelectDataFiles panel;
-    for (int i = 0; i < 3; ++i)
-        panel.registerFrame(QStringLiteral("f%1.tif").arg(i), i, 3);
-    panel.select(start);
-    if (op == "next")
-        panel.next();
-    else if (op == "prev")
-        panel.prev();
-    else
-        panel.select(op.mid(6).toInt());
-    QCOMPARE(panel.currentIndex(), expected);
-}
-
-void TestSelectDataFiles::linkedFields_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("other");
-    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QStringList>("steps"); // "Field<-text" typed then Return, "choose i", or a slot call
+    QTest::addColumn<QStringList>("expected"); // "Field=text[ marked]" or "PatternList=current/count"
 
     // Defaults: start 8000, end 9000, delta 1, num 1000.
-    QTest::newRow("start moves end") << "Start" << "7000" << "End" << "8000";     // 1000*1+7000
-    QTest::newRow("delta moves end") << "Delta" << "2" << "End" << "10000";       // 1000*2+8000
-    QTest::newRow("end turns delta") << "End" << "8500" << "Delta" << "-0.5";     // (8000-8500)/1000
-    QTest::newRow("rising end, negative delta") << "End" << "9500" << "Delta" << "-1.5"; // (8000-9500)/1000
-    QTest::newRow("num moves delta") << "NumOfPoints" << "3" << "Delta" << "-333.333"; // -1000/3, 6 digits
-    QTest::newRow("num zero") << "NumOfPoints" << "0" << "Delta" << "-inf";           // -1000/0
+    QTest::newRow("start moves end") << QStringList{"Start<-7000"} << QStringList{"Start=7000", "End=8000"};
+    QTest::newRow("delta moves end") << QStringList{"Delta<-2"} << QStringList{"End=10000"};
+    QTest::newRow("end turns delta") << QStringList{"End<-8500"} << QStringList{"Delta=-0.5"}; // (8000-8500)/1000
+    QTest::newRow("num moves delta") << QStringList{"NumOfPoints<-3"} << QStringList{"Delta=-333.333"}; // 6 digits
+    QTest::newRow("num zero") << QStringList{"NumOfPoints<-0"} << QStringList{"Delta=-inf"};
+
+    // Ten known patterns; the factor follows a "KeV" ending whatever was set before.
+    const QString f7 = "setEngByNameFactor 7";
+    QTest::newRow("known") << QStringList{f7, "setEngByNameRegExp \\d\\d\\d\\d\\.\\d"}
+                           << QStringList{"PatternList=7/10", "Factor=1"};
+    QTest::newRow("known keV") << QStringList{f7, "setEngByNameRegExp \\d_\\d\\d\\d\\d\\d\\dKeV"}
+                               << QStringList{"PatternList=9/10", "Factor=1000"};
+    QTest::newRow("new one appended") << QStringList{f7, "setEngByNameRegExp E(\\d+)"}
+                                      << QStringList{"PatternList=10/11", "Factor=1", "Pattern=E(\\d+)"};
+    QTest::newRow("new keV, any case") << QStringList{f7, "setEngByNameRegExp \\d+kev"}
+                                       << QStringList{"PatternList=10/11", "Factor=1000"};
+    QTest::newRow("invalid marked") << QStringList{f7, "setEngByNameRegExp (\\d"}
+                                    << QStringList{"PatternList=10/11", "Pattern=(\\d marked"};
+    // Typed: one new item when the edit is done, not one per key.
+    QTest::newRow("typed new") << QStringList{f7, "Pattern<-E(\\d+)"} << QStringList{"PatternList=10/11", "Factor=1"};
+    QTest::newRow("typed known") << QStringList{"Pattern<-\\d\\d\\d\\d\\.\\d"} << QStringList{"PatternList=7/10"};
+    // Choosing a list item writes it back to the field, factor included.
+    QTest::newRow("chosen from the list") << QStringList{f7, "setEngByNameRegExp (\\d", "choose 8"}
+                                          << QStringList{"Pattern=\\d\\d_\\d\\d\\d\\d\\d\\dKeV", "Factor=1000"};
 }
 
-void TestSelectDataFiles::linkedFields()
+void TestSelectDataFiles::eofFields()
 {
-    QFETCH(QString, field);
-    QFETCH(QString, typed);
-    QFETCH(QString, other);
-    QFETCH(QString, expected);
-
-    EOFSetup eof;
-    auto *edit = eof.findChild<QLineEdit *>(field);
-    auto *linked = eof.findChild<QLineEdit *>(other);
-    QVERIFY(edit && linked);
-    edit->selectAll();
-    QTest::keyClicks(edit, typed);
-    QCOMPARE(edit->text(), typed);
-    QCOMPARE(linked->text(), expected);
-}
-
-void TestSelectDataFiles::patternList_data()
-{
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("factor");
-    QTest::addColumn<bool>("marked");
-    QTest::addColumn<bool>("typed");
-
-    QTest::newRow("known") << "\\d\\d\\d\\d\\.\\d" << 7 << 10 << "1" << false << false;
-    QTest::newRow("known keV") << "\\d_\\d\\d\\d\\d\\d\\dKeV" << 9 << 10 << "1000" << false << false;
-    QTest::newRow("new one appended") << "E(\\d+)" << 10 << 11 << "1" << false << false;
-    QTest::newRow("new keV") << "\\d+kev" << 10 << 11 << "1000" << false << false;
-    QTest::newRow("invalid marked") << "(\\d" << 10 << 11 << "1" << true << false;
-    // Typed by the user: one new item when the edit is done, not one per key.
-    QTest::newRow("typed new") << "E(\\d+)" << 10 << 11 << "1" << false << true;
-    QTest::newRow("typed keV") << "\\d+KeV" << 10 << 11 << "1000" << false << true;
-    QTest::newRow("typed known") << "\\d\\d\\d\\d\\.\\d" << 7 << 10 << "1" << false << true;
-}
-
-void TestSelectDataFiles::patternList()
-{
-    QFETCH(QString, pattern);
-    QFETCH(int, index);
-    QFETCH(int, count);
-    QFETCH(QString, factor);
-    QFETCH(bool, marked);
-    QFETCH(bool, typed);
+    QFETCH(QStringList, steps);
+    QFETCH(QStringList, expected);
 
     EOFSetup eof;
     auto *list = eof.findChild<QComboBox *>("PatternList");
-    auto *factorEdit = eof.findChild<QLineEdit *>("Factor");
-    auto *patternEdit = eof.findChild<QLineEdit *>("Pattern");
-    QVERIFY(list && factorEdit && patternEdit);
-    eof.setEngByNameFactor(7);
-    if (typed) {
-        patternEdit->selectAll();
-        QTest::keyClicks(patternEdit, pattern);
-        QTest::keyClick(patternEdit, Qt::Key_Return);
-    } else {
-        eof.setEngByNameRegExp(pattern);
+    QVERIFY(list);
+    for (const QString &step : steps) {
+        if (step.contains("<-")) {
+            auto *edit = eof.findChild<QLineEdit *>(step.section("<-", 0, 0));
+            QVERIFY(edit);
+            edit->selectAll();
+            QTest::keyClicks(edit, step.section("<-", 1));
+            QTest::keyClick(edit, Qt::Key_Return);
+        } else if (step.startsWith("choose ")) {
+            list->setCurrentIndex(step.mid(7).toInt());
+            emit list->activated(list->currentIndex());
+        } else {
+            apply(eof, {step});
+        }
     }
-    QCOMPARE(list->currentIndex(), index);
-    QCOMPARE(list->count(), count);
-    QCOMPARE(factorEdit->text(), factor);
-    QCOMPARE(!patternEdit->styleSheet().isEmpty(), marked);
-
-    // Choosing a list item writes it back to the field.
-    list->setCurrentIndex(8);
-    emit list->activated(8);
-    QCOMPARE(patternEdit->text(), list->itemText(8));
-    QCOMPARE(factorEdit->text(), QStringLiteral("1000"));
+    for (const QString &e : expected) {
+        QWidget *w = eof.findChild<QWidget *>(e.section('=', 0, 0));
+        QVERIFY2(w, qPrintable(e));
+        QString got = QStringLiteral("%1/%2").arg(list->currentIndex()).arg(list->count());
+        if (auto *edit = qobject_cast<QLineEdit *>(w))
+            got = edit->text() + (edit->styleSheet().isEmpty() ? "" : " marked");
+        QCOMPARE(got, e.section('=', 1));
+    }
 }
 
 void TestSelectDataFiles::errPointsMask_data()
@@ -389,17 +272,13 @@ void TestSelectDataFiles::errPointsMask()
 
     const QString mask = tmp.filePath("mask.txt");
     QVERIFY(writeText(mask, "# Size 8 8\n1 2\n3 4\n"));
-
     SelectDataFilesAdditionalSetup add;
     auto *useBox = add.findChild<QCheckBox *>("UseErrPs");
     auto *name = add.findChild<QLineEdit *>("ErrPsFile");
-    QVERIFY(useBox && name);
-    QVERIFY(add.loadErrPs(mask));
+    QVERIFY(useBox && name && add.loadErrPs(mask));
     useBox->setChecked(use);
     QCOMPARE(add.errPs.inUse, use);
-
-    const bool loaded = add.loadErrPs(good ? mask : tmp.filePath("none.txt"));
-    QCOMPARE(loaded, good);
+    QCOMPARE(add.loadErrPs(good ? mask : tmp.filePath("none.txt")), good);
     QCOMPARE(add.errPs.inUse, inUse);
     QCOMPARE(name->text().isEmpty(), !good);
     if (good)
