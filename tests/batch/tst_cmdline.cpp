@@ -15,146 +15,114 @@ private slots:
     void parse();
     void gather_data();
     void gather();
-    void exCmdTable_data();
-    void exCmdTable();
-    void metaTable_data();
-    void metaTable();
+    void cmdTables_data();
+    void cmdTables();
     void padded_data();
     void padded();
 };
 
+// tokens: the command word and its arguments joined with '|'; none for an invalid line
 void TestCmdLine::parse_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("valid");
     QTest::addColumn<QString>("line");
-    QTest::addColumn<bool>("isMeta");
-    QTest::addColumn<QString>("cmd");
-    QTest::addColumn<QStringList>("args");
-
-    QTest::newRow("empty") << "" << false << "" << false << "" << QStringList();
-    QTest::newRow("blanks") << " \t  " << false << "" << false << "" << QStringList();
-    QTest::newRow("comment only") << "  # :echo x" << false << "" << false << "" << QStringList();
+    QTest::addColumn<QString>("tokens");
+    QTest::newRow("empty") << "" << "" << "";
+    QTest::newRow("comment only") << " \t # :echo x" << "" << "";
     // Behind a command word '#' is no comment: it and the words after it are arguments.
-    QTest::newRow("hash behind word") << "load_I1_files a b # note" << true << "load_I1_files a b "
-                                      << false << "load_I1_files" << QStringList{"a", "b", "#", "note"};
-    QTest::newRow("hash glued") << "cmd a#b" << true << "cmd a" << false << "cmd" << QStringList{"a#b"};
-    QTest::newRow("simplified") << "  set_band_w \t 12   " << true << "set_band_w 12" << false << "set_band_w"
-                                << QStringList{"12"};
-    QTest::newRow("quoted keeps blanks") << "save_image \"my  file.tif\" x" << true
-                                         << "save_image \"my file.tif\" x" << false << "save_image"
-                                         << QStringList{"my  file.tif", "x"};
+    QTest::newRow("hash behind word") << "load_I1_files a b # note" << "load_I1_files a b " << "load_I1_files|a|b|#|note";
+    QTest::newRow("hash glued") << "cmd a#b" << "cmd a" << "cmd|a#b";
+    QTest::newRow("simplified") << "  set_band_w \t 12   " << "set_band_w 12" << "set_band_w|12";
+    QTest::newRow("quoted keeps blanks") << "save_image \"my  file.tif\" x" << "save_image \"my file.tif\" x"
+                                         << "save_image|my  file.tif|x";
     // The scanner resumes directly behind the closing quote.
-    QTest::newRow("glued after quote") << "cmd \"a b\"c" << true << "cmd \"a b\"c" << false << "cmd"
-                                       << QStringList{"a b", "c"};
-    QTest::newRow("inner quote ordinary") << "cmd ab\"cd x" << true << "cmd ab\"cd x" << false << "cmd"
-                                          << QStringList{"ab\"cd", "x"};
-    QTest::newRow("unclosed quote") << "cmd \"rest of  line" << true << "cmd \"rest of line" << false << "cmd"
-                                    << QStringList{"rest of  line"};
-    QTest::newRow("ends with quote") << "cmd abc\"" << true << "cmd abc\"" << false << "cmd"
-                                     << QStringList{"abc\""};
-    QTest::newRow("empty quotes dropped") << "cmd \"\" x" << true << "cmd \"\" x" << false << "cmd"
-                                          << QStringList{"x"};
-    QTest::newRow("meta upper") << ":FOR i $i$ 1 3" << true << ":FOR i $i$ 1 3" << true << ":FOR"
-                                << QStringList{"i", "$i$", "1", "3"};
-    QTest::newRow("quoted hash word") << "\"#w\" x" << true << "\"" << false << "#w" << QStringList{"x"};
+    QTest::newRow("glued after quote") << "cmd \"a b\"c" << "cmd \"a b\"c" << "cmd|a b|c";
+    QTest::newRow("inner quote ordinary") << "cmd ab\"cd x" << "cmd ab\"cd x" << "cmd|ab\"cd|x";
+    QTest::newRow("unclosed quote") << "cmd \"rest of  line" << "cmd \"rest of line" << "cmd|rest of  line";
+    QTest::newRow("ends with quote") << "cmd abc\"" << "cmd abc\"" << "cmd|abc\"";
+    QTest::newRow("empty quotes dropped") << "cmd \"\" x" << "cmd \"\" x" << "cmd|x";
+    QTest::newRow("meta upper") << ":FOR i $i$ 1 3" << ":FOR i $i$ 1 3" << ":FOR|i|$i$|1|3";
+    QTest::newRow("quoted hash word") << "\"#w\" x" << "\"" << "#w|x";
 }
 
 void TestCmdLine::parse()
 {
     QFETCH(QString, text);
+    QFETCH(QString, tokens);
     const CmdLine c = CmdLine::parse(text);
     QCOMPARE(c.raw, text);
-    QTEST(c.valid, "valid");
     QTEST(c.line, "line");
-    QTEST(c.isMeta, "isMeta");
-    QTEST(c.cmd, "cmd");
-    QTEST(c.args, "args");
+    QCOMPARE(c.valid, !tokens.isEmpty());
+    QCOMPARE(c.isMeta, tokens.startsWith(':'));
+    QCOMPARE(c.valid ? QStringList(c.cmd) + c.args : QStringList(), tokens.split('|', Qt::SkipEmptyParts));
 }
 
+// lines joined with '|'; gathering starts at line start and ends on line last
 void TestCmdLine::gather_data()
 {
-    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QString>("lines");
     QTest::addColumn<int>("start");
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("last");
-
-    QTest::newRow("plain") << QStringList{"a", "b"} << 0 << "a" << 0;
-    QTest::newRow("blank before backslash kept") << QStringList{"a \\", "b"} << 0 << "a b" << 1;
-    QTest::newRow("blanks behind backslash") << QStringList{"a\\ \t ", "b"} << 0 << "ab" << 1;
-    QTest::newRow("word behind backslash") << QStringList{"a\\b", "c"} << 0 << "a\\b" << 0;
-    QTest::newRow("three lines") << QStringList{"x", "a\\", "b \\", "c", "d"} << 1 << "ab c" << 3;
-    QTest::newRow("last line keeps backslash") << QStringList{"a\\", "b\\"} << 0 << "ab\\" << 1;
-    QTest::newRow("only line") << QStringList{"a \\"} << 0 << "a \\" << 0;
-    QTest::newRow("blank line no continuation") << QStringList{"   ", "b"} << 0 << "   " << 0;
-    QTest::newRow("lone backslash") << QStringList{"\\", "b"} << 0 << "b" << 1;
-    QTest::newRow("out of range") << QStringList{"a"} << 3 << "" << 3;
+    QTest::newRow("blanks behind backslash") << "a\\ \t |b" << 0 << "ab" << 1;
+    QTest::newRow("word behind backslash") << "a\\b|c" << 0 << "a\\b" << 0;
+    QTest::newRow("three lines") << "x|a\\|b \\|c|d" << 1 << "ab c" << 3;
+    QTest::newRow("last line keeps backslash") << "a\\|b\\" << 0 << "ab\\" << 1;
+    QTest::newRow("blank line no continuation") << "   |b" << 0 << "   " << 0;
+    QTest::newRow("lone backslash") << "\\|b" << 0 << "b" << 1;
+    QTest::newRow("out of range") << "a" << 3 << "" << 3;
 }
 
 void TestCmdLine::gather()
 {
-    QFETCH(QStringList, lines);
+    QFETCH(QString, lines);
     QFETCH(int, start);
     int index = start;
-    QTEST(CmdLine::gather(lines, &index), "text");
+    QTEST(CmdLine::gather(lines.split('|'), &index), "text");
     QTEST(index, "last");
 }
 
-void TestCmdLine::exCmdTable_data()
+// Every word goes through both tables: text is the command as the table spells it.
+void TestCmdLine::cmdTables_data()
 {
     QTest::addColumn<QString>("word");
     QTest::addColumn<int>("id");
     QTest::addColumn<QString>("text");
-
-    // text: the word as the table spells it
-    QTest::newRow("first") << "clear_I1_files" << 0 << "clear_I1_files";
-    QTest::newRow("any case") << "ANALYZER_SHOW_WINDOW" << 79 << "analyzer_show_window";
-    QTest::newRow("capitals in table") << "use_i0" << 8 << "Use_I0";
-    QTest::newRow("end of first group") << "suggesting_post_start_ev" << 47 << "Suggesting_Post_Start_eV";
-    QTest::newRow("dark area group") << "set_i0_dark_area" << 48 << "set_i0_dark_area";
-    QTest::newRow("misspelt view") << "xafs_view_enerugy_correction" << 78 << "xafs_view_enerugy_correction";
-    QTest::newRow("misspelt analyzer") << "analzyer_dEdge_comp_w_file" << 106 << "analzyer_dEdge_comp_w_file";
-    QTest::newRow("correct spelling unknown") << "analyzer_dEdge_comp_w_file" << 162 << "not ex cmd";
-    QTest::newRow("sumUp") << "analyzer_select_main_mode_sumup" << 88 << "analyzer_select_main_mode_sumUp";
-    QTest::newRow("exec LCF") << "analyzer_exec_LCF" << 116 << "analyzer_exec_LCF";
-    QTest::newRow("calib group") << "calib_show_window" << 138 << "calib_show_window";
-    QTest::newRow("save cfg last") << "saveDataCfg_text_as_vals" << 160 << "saveDataCfg_text_as_vals";
-    QTest::newRow("last command") << "quit" << 161 << "quit";
-    QTest::newRow("unknown") << "frobnicate" << 162 << "not ex cmd";
-    QTest::newRow("meta word") << ":for" << 162 << "not ex cmd";
-    QTest::newRow("empty") << "" << 162 << "not ex cmd";
+    QTest::addColumn<int>("meta");
+    const QString no = "not ex cmd";
+    QTest::newRow("first") << "clear_I1_files" << 0 << "clear_I1_files" << 7;
+    QTest::newRow("any case") << "ANALYZER_SHOW_WINDOW" << 79 << "analyzer_show_window" << 7;
+    QTest::newRow("capitals in table") << "use_i0" << 8 << "Use_I0" << 7;
+    QTest::newRow("end of first group") << "suggesting_post_start_ev" << 47 << "Suggesting_Post_Start_eV" << 7;
+    QTest::newRow("dark area group") << "set_i0_dark_area" << 48 << "set_i0_dark_area" << 7;
+    QTest::newRow("misspelt view") << "xafs_view_enerugy_correction" << 78 << "xafs_view_enerugy_correction" << 7;
+    QTest::newRow("misspelt analyzer") << "analzyer_dEdge_comp_w_file" << 106 << "analzyer_dEdge_comp_w_file" << 7;
+    QTest::newRow("correct spelling unknown") << "analyzer_dEdge_comp_w_file" << 162 << no << 7;
+    QTest::newRow("sumUp") << "analyzer_select_main_mode_sumup" << 88 << "analyzer_select_main_mode_sumUp" << 7;
+    QTest::newRow("save cfg last") << "saveDataCfg_text_as_vals" << 160 << "saveDataCfg_text_as_vals" << 7;
+    QTest::newRow("last command") << "quit" << 161 << "quit" << 7;
+    QTest::newRow("unknown") << "frobnicate" << 162 << no << 7;
+    QTest::newRow("empty") << "" << 162 << no << 7;
+    QTest::newRow("for") << ":for" << 162 << no << 0;
+    QTest::newRow("Next") << ":Next" << 162 << no << 1;
+    QTest::newRow("echo") << ":ECHO" << 162 << no << 2;
+    QTest::newRow("rem_start") << ":rem_start" << 162 << no << 3;
+    QTest::newRow("rem_end") << ":Rem_End" << 162 << no << 4;
+    QTest::newRow("END") << ":END" << 162 << no << 5;
+    QTest::newRow("let") << ":let" << 162 << no << 6;
+    QTest::newRow("meta without colon") << "for" << 162 << no << 7;
+    QTest::newRow("meta prefix only") << ":fo" << 162 << no << 7;
 }
 
-void TestCmdLine::exCmdTable()
+void TestCmdLine::cmdTables()
 {
     QFETCH(QString, word);
     QFETCH(int, id);
     QCOMPARE(int(exCmdId(word)), id);
     QTEST(exCmdText(id), "text");
-    QCOMPARE(exCmdText(162), QStringLiteral("not ex cmd"));
+    QTEST(int(metaCmdId(word)), "meta");
     QCOMPARE(exCmdText(163), QStringLiteral("UnKnow ExCMD id"));
     QCOMPARE(exCmdText(-1), QStringLiteral("UnKnow ExCMD id"));
-}
-
-void TestCmdLine::metaTable_data()
-{
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<int>("id");
-    QTest::newRow("for") << ":for" << 0;
-    QTest::newRow("Next") << ":Next" << 1;
-    QTest::newRow("echo") << ":ECHO" << 2;
-    QTest::newRow("rem_start") << ":rem_start" << 3;
-    QTest::newRow("rem_end") << ":Rem_End" << 4;
-    QTest::newRow("END") << ":END" << 5;
-    QTest::newRow("let") << ":let" << 6;
-    QTest::newRow("no colon") << "for" << 7;
-    QTest::newRow("prefix only") << ":fo" << 7;
-}
-
-void TestCmdLine::metaTable()
-{
-    QFETCH(QString, word);
-    QTEST(int(metaCmdId(word)), "id");
 }
 
 void TestCmdLine::padded_data()
