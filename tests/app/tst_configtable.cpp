@@ -10,20 +10,14 @@ class TestConfigTable : public QObject
     Q_OBJECT
 private slots:
     void init();
-
     void parseArgs_data();
     void parseArgs();
     void parseArgsLooksUpConfigFile();
-
     void lookup_data();
     void lookup();
-    void includeReadsInPlace();
-    void missingIncludeGoesOn();
-    void selfIncludeStops();
-    void missingFileLeavesNoName();
-    void laterDefinitionKeepsFirstComment();
-    void usedMarks();
-    void allRestsOfOrder();
+    void load_data();
+    void load();
+    void viewsAndUsedMarks();
     void appendToFile_data();
     void appendToFile();
 
@@ -48,50 +42,42 @@ QString TestConfigTable::write(const QString &name, QString text)
     return path;
 }
 
+// The first view as "key=value=rest" rows joined with ';'.
+static QString rows(const ConfigTable &t)
+{
+    QStringList out;
+    for (qsizetype i = 0; i < t.keys.size(); ++i)
+        out << t.keys[i] + '=' + t.values.value(i) + '=' + t.rests.value(i);
+    return out.join(';');
+}
+
+// argv is joined with '|'
 void TestConfigTable::parseArgs_data()
 {
-    QTest::addColumn<QStringList>("argv");
-    QTest::addColumn<QStringList>("keys");
-    QTest::addColumn<QStringList>("values");
-    QTest::addColumn<QStringList>("rests");
-
-    QTest::newRow("program only") << QStringList{ "prog" } << QStringList() << QStringList() << QStringList();
-    QTest::newRow("option with value") << QStringList{ "prog", "-c", "a.cfg" }
-                                       << QStringList{ "-c" } << QStringList{ "a.cfg" } << QStringList{ "a.cfg" };
+    QTest::addColumn<QString>("argv");
+    QTest::addColumn<QString>("rows");
+    QTest::newRow("program only") << "prog" << "";
+    QTest::newRow("option with value") << "prog|-c|a.cfg" << "-c=a.cfg=a.cfg";
     // every argument up to the next option belongs to it; the value is the first
-    QTest::newRow("gathered rest") << QStringList{ "prog", "-d", "x", "y z", "-e" }
-                                   << QStringList{ "-d", "-e" } << QStringList{ "x", "" }
-                                   << QStringList{ "x y z", "" };
+    QTest::newRow("gathered rest") << "prog|-d|x|y z|-e" << "-d=x=x y z;-e==";
     // an option followed directly by another gets an empty value
-    QTest::newRow("option then option") << QStringList{ "prog", "-b", "-x" }
-                                        << QStringList{ "-b", "-x" } << QStringList{ "", "" }
-                                        << QStringList{ "", "" };
+    QTest::newRow("option then option") << "prog|-b|-x" << "-b==;-x==";
     // arguments before the first option belong to none and only stay in args
-    QTest::newRow("stray arguments") << QStringList{ "prog", "stray", "-j" }
-                                     << QStringList{ "-j" } << QStringList{ "" } << QStringList{ "" };
+    QTest::newRow("stray arguments") << "prog|stray|-j" << "-j==";
     // a negative number begins with "-", so it is an option of its own
-    QTest::newRow("negative number") << QStringList{ "prog", "-showA2B", "-1" }
-                                     << QStringList{ "-showA2B", "-1" } << QStringList{ "", "" }
-                                     << QStringList{ "", "" };
+    QTest::newRow("negative number") << "prog|-showA2B|-1" << "-showA2B==;-1==";
     // option names keep their case: two rows in the first view
-    QTest::newRow("case kept") << QStringList{ "prog", "-c", "a", "-C", "b" }
-                               << QStringList{ "-c", "-C" } << QStringList{ "a", "b" } << QStringList{ "a", "b" };
+    QTest::newRow("case kept") << "prog|-c|a|-C|b" << "-c=a=a;-C=b=b";
 }
 
 void TestConfigTable::parseArgs()
 {
-    QFETCH(QStringList, argv);
-    QFETCH(QStringList, keys);
-    QFETCH(QStringList, values);
-    QFETCH(QStringList, rests);
-
+    QFETCH(QString, argv);
     ConfigTable t;
-    t.parseArgs(argv, false, QString(), {});
-    QCOMPARE(t.args, argv);
-    QCOMPARE(t.keys, keys);
-    QCOMPARE(t.values, values);
-    QCOMPARE(t.rests, rests);
-    QCOMPARE(t.allKeys.size(), keys.size());
+    t.parseArgs(argv.split('|'), false, QString(), {});
+    QCOMPARE(t.args, argv.split('|'));
+    QTEST(rows(t), "rows");
+    QCOMPARE(t.allKeys.size(), t.keys.size());
     QVERIFY(t.lines.isEmpty());
 }
 
@@ -101,14 +87,10 @@ void TestConfigTable::parseArgsLooksUpConfigFile()
     const QString b = write("b.cfg", "FROM b\n");
     ConfigTable t;
     // -config is looked up after -c and so wins; readNow loads the result
-    const QString got = t.parseArgs(QStringList{ "prog", "-config", b, "-c", a }, true, "default.cfg",
-                                    { "-c", "-config" });
-    QCOMPARE(got, b);
+    QCOMPARE(t.parseArgs({ "prog", "-config", b, "-c", a }, true, "default.cfg", { "-c", "-config" }), b);
     QCOMPARE(t.valueExact("FROM"), QString("b"));
-
     ConfigTable none;
-    QCOMPARE(none.parseArgs(QStringList{ "prog" }, false, "default.cfg", { "-c", "-config" }),
-             QString("default.cfg"));
+    QCOMPARE(none.parseArgs({ "prog" }, false, "default.cfg", { "-c", "-config" }), QString("default.cfg"));
     QVERIFY(none.lines.isEmpty());
 }
 
@@ -116,11 +98,9 @@ void TestConfigTable::lookup_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");   // by value(key, "FB")
-    QTest::addColumn<QString>("exact");   // by valueExact(key, "FB")
-    QTest::addColumn<QString>("rest");    // rest of the last row of the key, "-" if none
-
-    QTest::newRow("plain") << "DataRoot /data/x\n" << "DataRoot" << "/data/x" << "/data/x" << "/data/x";
+    QTest::addColumn<QString>("value"); // by value(key, "FB")
+    QTest::addColumn<QString>("exact"); // by valueExact(key, "FB")
+    QTest::addColumn<QString>("rest");  // rest of the last row of the key, "-" if none
     QTest::newRow("rest holds the value") << "batch :for i 1 10\n" << "batch" << ":for" << ":for" << ":for i 1 10";
     QTest::newRow("comment dropped") << "K v w # note\n" << "K" << "v" << "v" << "v w";
     QTest::newRow("hash in quotes") << "K \"a # b\"\n" << "K" << "a # b" << "a # b" << "\"a # b\"";
@@ -143,10 +123,6 @@ void TestConfigTable::lookup()
 {
     QFETCH(QString, text);
     QFETCH(QString, key);
-    QFETCH(QString, value);
-    QFETCH(QString, exact);
-    QFETCH(QString, rest);
-
     if (text.contains("K \"abc\n"))
         QTest::ignoreMessage(QtDebugMsg, "In a line [\"abc] item is started from quote but not ended by quote");
     if (text.contains("abc\"\n"))
@@ -154,100 +130,97 @@ void TestConfigTable::lookup()
 
     ConfigTable t;
     QVERIFY(t.load(write("t.cfg", text)));
-    QCOMPARE(t.value(key, "FB"), value);
-    QCOMPARE(t.valueExact(key, "FB"), exact);
-    const qsizetype i = t.keys.indexOf(key);
-    QCOMPARE(i < 0 ? QString("-") : t.rests.at(i), rest);
+    QTEST(t.value(key, "FB"), "value");
+    QTEST(t.valueExact(key, "FB"), "exact");
+    QTEST(t.keys.contains(key) ? t.rests.at(t.keys.indexOf(key)) : QString("-"), "rest");
 }
 
-void TestConfigTable::includeReadsInPlace()
+// outer.cfg is loaded ("missing": not written), inner.cfg written when given.
+// defs: every definition as "key:rest"; batch: the rests of BATCH joined with
+// '|'; name: the file name kept afterwards.
+void TestConfigTable::load_data()
 {
-    const QString inner = write("inner.cfg", "B 2\nbatch two\n");
-    write("outer.cfg", "A 1\nbatch one\ninclude %D/inner.cfg\nbatch three\nC 3\n");
-    ConfigTable t;
-    QVERIFY(t.load(dir->filePath("outer.cfg")));
-    QCOMPARE(t.allKeys, (QStringList{ "A", "batch", "B", "batch", "batch", "C" }));
-    QCOMPARE(t.allRestsOf("BATCH"), (QStringList{ "one", "two", "three" }));
-    // the INCLUDE line itself is among the lines read, and is no row
-    QCOMPARE(t.lines.size(), 7);
-    QVERIFY(!t.keys.contains("include"));
-    // the name is the included file's once an INCLUDE was read
-    QCOMPARE(t.fileName, inner);
-}
-
-void TestConfigTable::missingIncludeGoesOn()
-{
-    const QString missing = dir->filePath("missing.cfg");
-    write("outer.cfg", "A 1\nINCLUDE %D/missing.cfg\nC 3\n");
-    ConfigTable t;
-    QTest::ignoreMessage(QtDebugMsg, qPrintable("Can't open config file : " + missing));
-    QVERIFY(t.load(dir->filePath("outer.cfg")));
-    QCOMPARE(t.keys, (QStringList{ "A", "C" }));
-    QVERIFY(t.fileName.isEmpty());
-}
-
-void TestConfigTable::selfIncludeStops()
-{
-    write("self.cfg", "A 1\nINCLUDE %D/self.cfg\nB 2\n");
-    ConfigTable t;
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^INCLUDE of .*self.cfg.* refused"));
-    QVERIFY(t.load(dir->filePath("self.cfg")));
+    QTest::addColumn<QString>("outer");
+    QTest::addColumn<QString>("inner");
+    QTest::addColumn<QString>("defs");
+    QTest::addColumn<QString>("batch");
+    QTest::addColumn<int>("lines");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("message");
+    // the INCLUDE line itself is among the lines read, and is no row; the name
+    // is the included file's once an INCLUDE was read
+    QTest::newRow("include in place") << "A 1\nbatch one\ninclude %D/inner.cfg\nbatch three\nC 3\n"
+                                      << "B 2\nbatch two\n" << "A:1 batch:one B:2 batch:two batch:three C:3"
+                                      << "one|two|three" << 7 << "inner.cfg" << "";
+    QTest::newRow("missing include goes on") << "A 1\nINCLUDE %D/missing.cfg\nC 3\n" << "" << "A:1 C:3" << ""
+                                             << 3 << "" << "Can't open config file : %D/missing.cfg";
     // the outer file and 16 nested reads each define A and B once
-    QCOMPARE(t.allKeys.size(), 2 * (1 + ConfigTable::MaxIncludeDepth));
-    QCOMPARE(t.allKeys.first(), QString("A"));
-    QCOMPARE(t.allKeys.last(), QString("B"));
+    QTest::newRow("self include stops") << "A 1\nINCLUDE %D/outer.cfg\nB 2\n" << ""
+                                        << QString(QString("A:1 ").repeated(17) + QString("B:2 ").repeated(17)).trimmed()
+                                        << "" << 3 * 17 << "outer.cfg" << "INCLUDE of .*outer.cfg.* refused";
+    QTest::newRow("missing file") << "missing" << "" << "" << "" << 0 << ""
+                                  << "Can't open config file : %D/outer.cfg";
+    // the key is compared in upper case, the rests kept in file order
+    QTest::newRow("batch rests") << "batch :for i 1 3\nBatch echo $i$\nOther x\nBATCH :next\n" << ""
+                                 << "batch::for i 1 3 Batch:echo $i$ Other:x BATCH::next"
+                                 << ":for i 1 3|echo $i$|:next" << 4 << "outer.cfg" << "";
 }
 
-void TestConfigTable::missingFileLeavesNoName()
+void TestConfigTable::load()
 {
+    QFETCH(QString, outer);
+    QFETCH(QString, inner);
+    QFETCH(QString, message);
+    if (outer != "missing")
+        write("outer.cfg", outer);
+    if (!inner.isEmpty())
+        write("inner.cfg", inner);
+    if (!message.isEmpty())
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(message.replace("%D", dir->path())));
     ConfigTable t;
     t.defaultFile = "x.cfg";
-    const QString missing = dir->filePath("none.cfg");
-    QTest::ignoreMessage(QtDebugMsg, qPrintable("Can't open config file : " + missing));
-    QVERIFY(!t.load(missing));
-    QVERIFY(t.fileName.isEmpty());
-    QVERIFY(t.defaultFile.isEmpty());
-    QVERIFY(t.keys.isEmpty());
+    QCOMPARE(t.load(dir->filePath("outer.cfg")), outer != "missing");
+    // any file that fails to open clears the default file
+    QCOMPARE(t.defaultFile.isEmpty(), message.startsWith("Can't"));
+    QStringList defs;
+    for (qsizetype i = 0; i < t.allKeys.size(); ++i)
+        defs << t.allKeys[i] + ':' + t.allRests.value(i);
+    QTEST(defs.join(' '), "defs");
+    QVERIFY(!t.keys.contains("include", Qt::CaseInsensitive));
+    QTEST(int(t.lines.size()), "lines");
+    QTEST(t.allRestsOf("BATCH").join('|'), "batch");
+    QCOMPARE(t.allRestsOf("batch"), QStringList());
+    QTEST(QFileInfo(t.fileName).fileName(), "name");
 }
 
-void TestConfigTable::laterDefinitionKeepsFirstComment()
+// A later definition overwrites value and rest but keeps the first comment;
+// only the case-insensitive look-ups mark definitions used.
+void TestConfigTable::viewsAndUsedMarks()
 {
     ConfigTable t;
     t.add("Key", "1", "1 a", "first");
     t.add("KEY", "2", "2 b", "second");
     t.add("Key", "3", "3 c", "third");
-    QCOMPARE(t.keys, (QStringList{ "Key", "KEY" }));
-    QCOMPARE(t.values, (QStringList{ "3", "2" }));
-    QCOMPARE(t.comments, (QStringList{ "first", "second" }));
-    QCOMPARE(t.upKeys, QStringList{ "KEY" });
-    QCOMPARE(t.upRests, QStringList{ "3 c" });
-    QCOMPARE(t.upComments, QStringList{ "first" });
-    QCOMPARE(t.allComments, (QStringList{ "first", "second", "third" }));
-}
-
-void TestConfigTable::usedMarks()
-{
-    ConfigTable t;
-    t.add("A", "1", "1", "");
-    t.add("B", "2", "2", "");
-    t.add("a", "3", "3", "");
+    t.add("B", "4", "4", "");
+    QCOMPARE(rows(t), QString("Key=3=3 c;KEY=2=2 b;B=4=4"));
+    QCOMPARE(t.comments, (QStringList{ "first", "second", "" }));
+    QCOMPARE(t.upKeys, (QStringList{ "KEY", "B" }));
+    QCOMPARE(t.upRests, (QStringList{ "3 c", "4" }));
+    QCOMPARE(t.upComments, (QStringList{ "first", "" }));
+    QCOMPARE(t.allComments, (QStringList{ "first", "second", "third", "" }));
+    const auto used = [&t] {
+        QString marks;
+        for (bool u : t.allUsed)
+            marks += u ? '1' : '0';
+        return marks;
+    };
     t.valueExact("B");
-    QCOMPARE(t.allUsed, (QList<bool>{ false, false, false }));
     t.value("x");
-    QCOMPARE(t.allUsed, (QList<bool>{ false, false, false }));
-    t.value("A");
-    QCOMPARE(t.allUsed, (QList<bool>{ true, false, true }));
+    QCOMPARE(used(), QString("0000"));
+    t.value("kEy");
+    QCOMPARE(used(), QString("1110"));
     t.allRestsOf("B");
-    QCOMPARE(t.allUsed, (QList<bool>{ true, true, true }));
-}
-
-void TestConfigTable::allRestsOfOrder()
-{
-    ConfigTable t;
-    QVERIFY(t.load(write("b.cfg", "batch :for i 1 3\nBatch echo $i$\nOther x\nBATCH :next\n")));
-    QCOMPARE(t.allRestsOf("BATCH"), (QStringList{ ":for i 1 3", "echo $i$", ":next" }));
-    // the key is compared as given: a lower-case key finds nothing
-    QCOMPARE(t.allRestsOf("batch"), QStringList());
+    QCOMPARE(used(), QString("1111"));
 }
 
 void TestConfigTable::appendToFile_data()
