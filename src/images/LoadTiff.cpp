@@ -64,10 +64,14 @@ void LoadTiff::treatQues()
         // job's end included.
         if (takeStop())
             return;
-        curIdx += job.skip;
-        // The file at cutFirst is read before this test: a job whose cuts
-        // add up to the whole list still reads that one file.
-        more = curIdx < job.files.size() - job.cutLast;
+        // In 64 bits: an index near INT_MAX plus a skip near INT_MAX must
+        // not wrap to a negative index that passes the end test. The file at
+        // cutFirst is read before this test: a job whose cuts add up to the
+        // whole list still reads that one file.
+        const qint64 next = qint64(curIdx) + job.skip;
+        more = next < qint64(job.files.size()) - job.cutLast;
+        if (more)
+            curIdx = int(next);
     }
     if (more) {
         scheduleStep(false);

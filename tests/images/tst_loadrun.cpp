@@ -73,6 +73,15 @@ void TestLoadRun::scripts_data()
     QTest::newRow("mode alone waits for ever")
         << QStringList{"load_I1_files new", ":echo never", "quit"} << false << QStringList()
         << QStringList{"echo never", "I1 load finished: 0 frames"};
+    // A stride far past the list, after a cut, on both loaders: one frame each.
+    QTest::newRow("huge skip after a cut")
+        << QStringList{"cut_f_i1 1", "skip_i1 2147483647", "load_I1_files NEW @/a.tif @/b.tif @/c.tif",
+                       "cut_f_i0 1", "cut_l_i0 1", "skip_i0 2147483647", "load_I0_files NEW @/c.tif @/b.tif @/a.tif",
+                       ":echo done", "quit"}
+        << true
+        << QStringList{"loaded I1 frame 1 of 3: " + b, "I1 load finished: 1 frames", "loaded I0 frame 1 of 3: " + b,
+                       "I0 load finished: 1 frames", "echo done"}
+        << QStringList();
     // A file that is not there is passed over; the load still ends.
     QTest::newRow("missing file") << QStringList{"load_I0_files add @/nothere.tif", ":echo done", "quit"} << true
                                   << QStringList{"I0 load finished: 0 frames", "echo done"} << QStringList();

@@ -6,6 +6,7 @@
 #include <QThread>
 #include <QtTest>
 
+#include <climits>
 #include <memory>
 #include <vector>
 
@@ -204,6 +205,13 @@ void TestLoadTiff::sequence_data()
     row("skip beyond the list", plainNames("f", 5), {0, 10, 0, 0}, {0});
     row("skip 0 read as 1", plainNames("f", 3), {0, 0, 0, 0}, {0, 1, 2});
     row("negative cuts read as 0", plainNames("f", 3), {0, 1, -2, -5}, {0, 1, 2});
+    row("negative skip read as 1", plainNames("f", 3), {0, -4, 0, 0}, {0, 1, 2});
+    // The index must not wrap: 1 + INT_MAX is past the end, not negative.
+    row("skip INT_MAX", plainNames("f", 3), {0, INT_MAX, 0, 0}, {0});
+    row("skip INT_MAX after a cut", plainNames("f", 3), {0, INT_MAX, 1, 0}, {1});
+    row("skip INT_MAX, both cuts", plainNames("f", 4), {0, INT_MAX, 2, 1}, {2});
+    row("cutLast INT_MAX", plainNames("f", 3), {0, 2, 0, INT_MAX}, {0});
+    row("cutFirst INT_MAX: no finish", plainNames("f", 3), {0, 1, INT_MAX, 0}, {}, false);
 
     // "Live" anywhere in the path, case-sensitive.
     const QStringList live{"a0.tif", "b_Live.tif", "c2.tif", "Live/d3.tif", "e4_live.tif", "fLive5.tif"};
