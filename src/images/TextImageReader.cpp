@@ -9,16 +9,13 @@
 #include <QStringView>
 #include <QTextStream>
 
-#include <algorithm>
 #include <cfloat>
-#include <climits>
-#include <cmath>
 
 namespace {
 
 // The third blank-separated word of a pixel line times 500, clipped at 0
-// from below; 0 for a line of fewer words. Works on a view so that no pixel
-// costs an allocation.
+// from below (a NaN stays NaN); 0 for a line of fewer words. Works on a view
+// so that no pixel costs an allocation.
 float pixelValue(QStringView line)
 {
     const qsizetype n = line.size();
@@ -34,8 +31,10 @@ float pixelValue(QStringView line)
             ++i;
         if (++word == 3) {
             const double v = line.mid(start, i - start).toDouble() * 500.0;
-            // negative values, and NaN, become 0
-            return v > 0.0 ? float(std::min(v, double(FLT_MAX))) : 0.0f;
+            if (v < 0.0)
+                return 0.0f;
+            // beyond the float range the conversion would be undefined
+            return v > double(FLT_MAX) ? FLT_MAX : float(v);
         }
     }
     return 0.0f;
@@ -92,21 +91,29 @@ bool readTextImageFile(const QString &fileName, FrameLoad &load)
     load.begin(PixelF32, quint32(height));
     double lo = DBL_MAX;
     double hi = -DBL_MAX;
+    bool bodyEnded = false;
     for (qint64 y = 0; y < height; ++y) {
+        // Rows come zeroed: the pixels of a body that ends early stay 0.
         float *row = static_cast<float *>(load.appendRow(std::size_t(width) * sizeof(float)));
         if (!row)
             return false;
-        for (qint64 x = 0; x < width; ++x) {
+        for (qint64 x = 0; x < width && !bodyEnded; ++x) {
             if (!havePixelLine && !in.readLineInto(&line)) {
-                qDebug().noquote() << "Text image ends before its last pixel" << fileName;
-                return false;
+                qDebug().noquote() << "Text image ends before its last pixel, the rest reads 0" << fileName;
+                bodyEnded = true;
+                break;
             }
             havePixelLine = false;
             row[x] = pixelValue(line);
         }
-        const auto [rowLo, rowHi] = std::minmax_element(row, row + width);
-        lo = std::min(lo, double(*rowLo));
-        hi = std::max(hi, double(*rowHi));
+        // Comparisons pass a NaN over, so it does not spoil the extremes.
+        for (qint64 x = 0; x < width; ++x) {
+            const double v = row[x];
+            if (v < lo)
+                lo = v;
+            if (v > hi)
+                hi = v;
+        }
     }
     load.width = quint32(width);
     load.height = quint32(height);
