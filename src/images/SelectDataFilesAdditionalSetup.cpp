@@ -24,7 +24,7 @@ SelectDataFilesAdditionalSetup::SelectDataFilesAdditionalSetup(QWidget *parent)
     connect(errDialog, &QFileDialog::fileSelected, this, &SelectDataFilesAdditionalSetup::loadErrPs);
     connect(ui->UseErrPs, &QCheckBox::toggled, this, &SelectDataFilesAdditionalSetup::useErrPsToggled);
 
-    const QString fname = gConfig.valueExact(QStringLiteral("ErrPoints"));
+    const QString fname = gConfig.value(QStringLiteral("ErrPoints"));
     if (!fname.isEmpty())
         loadErrPs(fname);
 }

@@ -1,3 +1,4 @@
+#include "app/Globals.h"
 #include "images/EOFSetup.h"
 #include "images/FDGroup.h"
 #include "images/SelectDataFiles.h"
@@ -258,10 +259,11 @@ void TestSelectDataFiles::errPointsMask_data()
     QTest::addColumn<bool>("use");
     QTest::addColumn<bool>("good");
     QTest::addColumn<bool>("inUse");
+    QTest::addColumn<QString>("key"); // names the mask in the configuration; the case does not matter
 
-    QTest::newRow("used") << true << true << true;
-    QTest::newRow("not used") << false << true << false;
-    QTest::newRow("bad file") << true << false << false;
+    QTest::newRow("used") << true << true << true << "ErrPoints";
+    QTest::newRow("not used") << false << true << false << "errpoints";
+    QTest::newRow("bad file") << true << false << false << "ERRPOINTS";
 }
 
 void TestSelectDataFiles::errPointsMask()
@@ -269,13 +271,19 @@ void TestSelectDataFiles::errPointsMask()
     QFETCH(bool, use);
     QFETCH(bool, good);
     QFETCH(bool, inUse);
+    QFETCH(QString, key);
 
     const QString mask = tmp.filePath("mask.txt");
     QVERIFY(writeText(mask, "# Size 8 8\n1 2\n3 4\n"));
+    gConfig = ConfigTable();
+    gConfig.add(key, mask, mask, QString());
     SelectDataFilesAdditionalSetup add;
+    gConfig = ConfigTable();
     auto *useBox = add.findChild<QCheckBox *>("UseErrPs");
     auto *name = add.findChild<QLineEdit *>("ErrPsFile");
-    QVERIFY(useBox && name && add.loadErrPs(mask));
+    QVERIFY(useBox && name);
+    QCOMPARE(name->text(), mask); // read at construction
+    QCOMPARE(add.errPs.points.size(), 2);
     useBox->setChecked(use);
     QCOMPARE(add.errPs.inUse, use);
     QCOMPARE(add.loadErrPs(good ? mask : tmp.filePath("none.txt")), good);
