@@ -84,8 +84,9 @@ void Body::setupForm()
     // Frames render through the colour bar from here on.
     gColorBar = ui->CBar;
     ui->CBarAll->setText(QStringLiteral("Set All"));
+    // The end of a drag has no receiver: a drag recolours the frame on
+    // screen only, and "Set All" is the one way to recolour a whole stack.
     connect(ui->CBar, &ColorBar::cBarUpdating, this, &Body::cBarUpdating);
-    connect(ui->CBar, &ColorBar::cBarUpdated, this, &Body::cBarUpdated);
     connect(ui->CBarAll, &QPushButton::clicked, this, &Body::cBarUpdated);
 }
 

@@ -173,6 +173,8 @@ private:
     SelectDataFiles *shownPanel() const;
     // Renders the frames [from, to) of the shown stack again through the bar.
     void rerenderShown(qsizetype from, qsizetype to);
+    // True when a change of the colour bar recolours frames rather than a map.
+    bool framesFollowColorBar() const;
     // Batch commands of the box sizes, the display and the image view.
     void execViewCmd(EX_CMD_ID id, const CmdLine &cmd);
     // Spectrum view (src/view/BodyView.cpp): the plot of the spectrum under

@@ -23,10 +23,9 @@ void Body::setupNavigation()
 {
     connect(ui->Prev, &QPushButton::clicked, this, &Body::prev);
     connect(ui->Next, &QPushButton::clicked, this, &Body::next);
-    // valueChanged rather than sliderMoved, so that a click on the groove
-    // and the keys show the frame as a drag does; showData moves the bar
-    // with its signals blocked.
-    connect(ui->SeekBar, &QSlider::valueChanged, this, &Body::sliderMoved);
+    // Only a drag of the handle shows another frame; "<", ">" and the number
+    // field are the keyboard's way through the stack.
+    connect(ui->SeekBar, &QSlider::sliderMoved, this, &Body::sliderMoved);
     connect(ui->ImgNo, &QSpinBox::valueChanged, this, &Body::newImageNo);
     ui->SeekBar->setRange(0, 0);
     ui->ImgNo->setRange(0, 0);
@@ -142,14 +141,23 @@ void Body::rerenderShown(qsizetype from, qsizetype to)
         frames.at(i)->render();
 }
 
+bool Body::framesFollowColorBar() const
+{
+    // What the bar recolours, in this order: the shift map when it is shown
+    // and has data, the analysis map when it is shown, else the current
+    // stack's frames. No shift map has data yet, so with "Eng. Shift" on the
+    // frames still follow the bar.
+    return !ui->ShowResAnalysis->isChecked();
+}
+
 void Body::cBarUpdating()
 {
-    // While an end is dragged only the frame on screen follows, so that the
-    // drag stays smooth on a stack of hundreds of frames. The maps are
-    // recoloured here once they exist.
-    if (!ui->ShowShiftMap->isChecked() && !ui->ShowResAnalysis->isChecked()) {
-        if (TiffData *f = ui->dispA->data)
-            f->render();
+    // While an end is dragged only the current frame follows, so that the
+    // drag stays smooth on a stack of hundreds of frames.
+    if (framesFollowColorBar()) {
+        const int idx = shownPanel()->currentIndex();
+        if (idx >= 0 && idx < shownFrames().size())
+            shownFrames().at(idx)->render();
     }
     ui->dispA->update();
 }
@@ -157,7 +165,7 @@ void Body::cBarUpdating()
 void Body::cBarUpdated()
 {
     qDebug().noquote() << "cBarUpdated" << ui->CBar->lo() << ui->CBar->hi();
-    if (!ui->ShowShiftMap->isChecked() && !ui->ShowResAnalysis->isChecked()) {
+    if (framesFollowColorBar()) {
         const int idx = shownPanel()->currentIndex();
         if (idx >= 0 && idx < shownFrames().size())
             rerenderShown(0, shownFrames().size());

@@ -98,7 +98,9 @@ void TestBodyView::load_data()
     QTest::addColumn<QList<double>>("seconds"); // per frame; negative: none recorded
     QTest::addColumn<double>("ms");
     QTest::addColumn<bool>("red");
-    QTest::addColumn<QString>("refresh"); // after the bar's ends went to 0.25..0.75
+    // After the bar's ends went to 0.25..0.75; "eShift" rows load into I0
+    // and show the (empty) shift map: the current I0 frame follows the bar.
+    QTest::addColumn<QString>("refresh");
     QTest::addColumn<QList<bool>>("recoloured"); // per frame; the last is shown
 
     QTest::newRow("equal, bar untouched") << QList<double>{0.05, 0.05, 0.05} << 50.0 << false << ""
@@ -109,6 +111,10 @@ void TestBodyView::load_data()
     // Frames without a time hold 100 ms, which replaces the default 50.
     QTest::newRow("none recorded, set all") << QList<double>{-1, -1} << 100.0 << false << "set all"
                                             << QList<bool>{true, true};
+    QTest::newRow("no shift map, drag") << QList<double>{0.05, 0.05} << 50.0 << false << "eShift drag"
+                                        << QList<bool>{false, true};
+    QTest::newRow("no shift map, set all") << QList<double>{0.05, 0.05} << 50.0 << false << "eShift set all"
+                                           << QList<bool>{true, true};
 }
 
 void TestBodyView::load()
@@ -119,7 +125,8 @@ void TestBodyView::load()
     QFETCH(QString, refresh);
     QFETCH(QList<bool>, recoloured);
 
-    // 5 x 1 frames of the values 0, 250, 500, 750, 1000 into the I1 stack.
+    // 5 x 1 frames of the values 0, 250, 500, 750, 1000 into one stack.
+    const bool i0 = refresh.startsWith("eShift");
     QTemporaryDir dir;
     const quint16 px[] = {0, 250, 500, 750, 1000};
     QStringList files;
@@ -129,29 +136,39 @@ void TestBodyView::load()
     }
     Body b;
     QSignalSpy finish(&b, &Body::finishBatchExec);
-    b.readI1Files(files, true);
+    if (i0)
+        b.readI0Files(files, true);
+    else
+        b.readI1Files(files, true);
     QVERIFY(finish.wait(10000));
-    QCOMPARE(finish.at(0).at(0).toInt(), int(LOAD_I1_FILES));
-    const SelectDataFiles *panel = b.findChild<SelectDataFiles *>("SelectI1Files");
+    QCOMPARE(finish.at(0).at(0).toInt(), int(i0 ? LOAD_I0_FILES : LOAD_I1_FILES));
+    const SelectDataFiles *panel = b.findChild<SelectDataFiles *>(i0 ? "SelectI0Files" : "SelectI1Files");
     QCOMPARE(panel->expTimeMS(), ms);
     QCOMPARE(panel->findChild<QLineEdit *>("ExpTime")->styleSheet().contains("255, 192, 192"), red);
 
     ImgDispA *a = b.findChild<ImgDispA *>("dispA");
+    if (i0)
+        QVERIFY(exec(b, "select_disp_image_i0"));
     QVector<TiffData *> frames;
     for (int i = 0; i < seconds.size(); ++i) {
         QVERIFY(exec(b, QStringLiteral("seek_image %1").arg(i)));
         frames << a->data;
     }
     QCOMPARE(frames.last()->fileName, files.last());
+    if (i0)
+        QVERIFY(exec(b, "select_disp_image_eShift"));
     // Values 250 and 750 are t = 0.25 and 0.75 of the frame's range. Ends
     // 0..1 give grey trunc(t * 256) = 64 and 192; ends 0.25..0.75 map them to
     // 0 and 1, grey 0 and 255.
     auto *bar = b.findChild<ColorBar *>("CBar");
     bar->setEnds(0.25, 0.75);
-    if (refresh == "set all")
+    if (refresh.endsWith("set all"))
         QVERIFY(exec(b, "cbar_set_all"));
-    else if (refresh == "drag")
+    else if (refresh.endsWith("drag")) {
+        // A drag: each move, then the release.
         emit bar->cBarUpdating();
+        emit bar->cBarUpdated();
+    }
     for (int i = 0; i < frames.size(); ++i) {
         const auto *bytes = reinterpret_cast<const uchar *>(frames.at(i)->imageBytes.constData());
         QVERIFY(frames.at(i)->image);

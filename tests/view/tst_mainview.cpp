@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -36,8 +37,10 @@ quint16 pixel(int x, int y, int k)
 void TestMainView::position_data()
 {
     QTest::addColumn<QString>("label");
-    // "mem", "go", "del", "edit x y" (the position fields, as typed) or
-    // "move x y" (the batch command)
+    // "mem", "go", "del", "edit x y" (the position fields, as typed),
+    // "move x y" (the batch command), "slide k" (the seek bar dragged to
+    // frame k) or "key" (the arrow key on the seek bar, which moves the
+    // handle but not the frame)
     QTest::addColumn<QStringList>("steps");
     QTest::addColumn<QString>("nextLabel");
     QTest::addColumn<QStringList>("items");
@@ -62,6 +65,8 @@ void TestMainView::position_data()
                                                    << QStringList() << QPoint();
     QTest::newRow("move to the last pixel") << "M0" << QStringList{"move 5 3"} << "M0" << QStringList()
                                             << QPoint(W - 1, H - 1);
+    QTest::newRow("seek bar dragged, then a key") << "S0" << QStringList{"slide 0", "move 2 1", "key", "move 3 2"}
+                                                  << "S0" << QStringList() << QPoint(3, 2);
 }
 
 void TestMainView::position()
@@ -92,6 +97,8 @@ void TestMainView::position()
     const auto field = [&body](const char *name) { return body.findChild<QLineEdit *>(name); };
     const auto click = [&body](const char *name) { body.findChild<QPushButton *>(name)->click(); };
     auto *select = body.findChild<QComboBox *>("PosSelect");
+    auto *seekBar = body.findChild<QSlider *>("SeekBar");
+    int shown = 1;
     field("PosLbl")->setText(label);
     for (const QString &s : steps) {
         const QStringList w = s.split(' ');
@@ -107,6 +114,13 @@ void TestMainView::position()
             field("PosX")->setText(w.at(1));
             field("PosY")->setText(w.at(2));
             body.newCurPos();
+        } else if (w.at(0) == "slide") {
+            shown = w.at(1).toInt();
+            seekBar->setSliderDown(true);
+            seekBar->setSliderPosition(shown);
+            seekBar->setSliderDown(false);
+        } else if (w.at(0) == "key") {
+            QTest::keyClick(seekBar, Qt::Key_Right);
         } else {
             const QPoint to(w[1].toInt(), w[2].toInt());
             QSignalSpy finish(&body, &Body::finishBatchExec);
@@ -117,7 +131,7 @@ void TestMainView::position()
             QCOMPARE(QPoint(position.at(0).at(0).toInt(), position.at(0).at(1).toInt()), to);
             QCOMPARE(field("PosX")->text() + field("PosY")->text(), QString::asprintf("% 4d% 4d", to.x(), to.y()));
             // The value under the pointer is shown only when the pointer was placed.
-            QCOMPARE(field("Value")->text(), QString::number(pixel(to.x(), to.y(), 1)));
+            QCOMPARE(field("Value")->text(), QString::number(pixel(to.x(), to.y(), shown)));
         }
     }
     QCOMPARE(field("PosLbl")->text(), nextLabel);
