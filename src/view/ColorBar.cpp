@@ -1,5 +1,7 @@
 #include "view/ColorBar.h"
 
+#include "app/TruncatedInt.h"
+
 #include <QPainter>
 
 #include <cmath>
@@ -43,10 +45,12 @@ void ColorBar::paintCBar()
     const int H = cbar.height();
     const double wh = height();
     QPainter p(&cbar);
-    // Pixmap row i (from the bottom) stands for widget height i x wh / H, so
-    // that what is painted matches the fraction a drag sets.
+    // Pixmap row i (from the bottom) takes the colour of widget height
+    // i x H / wh. On purpose: the rows meet the fractions a drag sets only on
+    // a bar 600 pixels high, and a lower bar shows its top colour from below
+    // its top. truncatedInt: a bar not laid out yet has no height.
     for (int i = 0; i < H; ++i) {
-        p.setPen(colorOfH(int(double(i) * wh / H)));
+        p.setPen(colorOfH(truncatedInt(double(i) * H / wh)));
         p.drawLine(0, H - 1 - i, w - 1, H - 1 - i);
     }
 

@@ -25,13 +25,14 @@ private slots:
 };
 
 // Column 0 of pixmap row y (of 600, left of the labels) for ends lo..hi on a
-// 200-high widget: row y is i = 599 - y from the bottom and stands for widget
-// height trunc(i x 200 / 600); the end marks sit at trunc((1 - end) x 600).
+// 200-high widget: row y is i = 599 - y from the bottom and is painted in the
+// colour of widget height trunc(i x 600 / 200), that is of the fraction
+// trunc(3 i) / 200, clamped to 1; the end marks sit at trunc((1 - end) x 600).
 static QColor barColour(int format, QPointF ends, int y)
 {
     if (y == int((1 - ends.x()) * 600) || y == int((1 - ends.y()) * 600))
         return QColor(0, 192, 255);
-    const double r = int((599 - y) * 200.0 / 600) / 200.0;
+    const double r = std::min(1.0, int((599 - y) * 600.0 / 200) / 200.0);
     const double t = std::clamp((r - ends.x()) / (ends.y() - ends.x()), 0.0, 1.0);
     const int g = std::min(255, int(t * 256)), k = std::min(766, int(t * 766));
     return format == 24 ? QColor(g, g, g)
@@ -69,9 +70,11 @@ void TestColorBar::drag()
     QFETCH(QPointF, ends);
     QFETCH(int, updating);
     QFETCH(int, format);
-    // By hand: row 300 (h 99, t 0.49) is RGB 375 = (255, 120, 0); row 400 (h 66, t 0.16) RGB 122.
-    QCOMPARE(barColour(13, QPointF(0.25, 0.75), 300), QColor(255, 120, 0));
-    QCOMPARE(barColour(13, QPointF(0.25, 0.75), 400), QColor(122, 0, 0));
+    // By hand: row 560 (h 117, t 0.67) is RGB 513 = (255, 255, 3); row 580 (h 57, t 0.07) RGB 53;
+    // row 300 (h 897) is past the top: white.
+    QCOMPARE(barColour(13, QPointF(0.25, 0.75), 560), QColor(255, 255, 3));
+    QCOMPARE(barColour(13, QPointF(0.25, 0.75), 580), QColor(53, 0, 0));
+    QCOMPARE(barColour(13, QPointF(0.25, 0.75), 300), QColor(255, 255, 255));
 
     ColorBar bar;
     bar.resize(60, 200);
