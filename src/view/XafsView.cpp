@@ -149,7 +149,6 @@ void XafsView::resetXScale()
 {
     xMinV = xMinFull;
     xMaxV = xMaxFull;
-    autoX = true;
     update();
     emit updated();
 }
@@ -479,8 +478,7 @@ void XafsView::onWheelMoved()
     const double c = cc.s2rx(ui->Xafs->m.x);
     xMinV = (xMinV - c) * zf + c;
     xMaxV = (xMaxV - c) * zf + c;
-    // The user has chosen a range: new targets keep it until "S.R.".
-    autoX = false;
+    // autoX stays: the zoom holds until the next spectrum brings its range.
     cc.setRealX(xMinV, xMaxV);
     ui->XVal->setText(QString::number(c, 'g', 6));
     ui->YVal->setText(QString::number(cc.s2ry(ui->Xafs->m.y), 'g', 6));

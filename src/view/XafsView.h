@@ -28,8 +28,9 @@ class XafsView;
 // or, with "Raw", the raw box sums or their Fourier magnitudes. It saves what
 // it shows and sends the target to the network.
 //
-// The x range follows each new target until the user zooms with the wheel;
-// "S.R." returns to the target's full range and lets it follow again.
+// The x range follows each new target (autoX, which nothing turns off): a
+// wheel zoom holds until the next target arrives, that is until the pointer
+// moves over the image; "S.R." returns to the target's full range.
 class XafsView : public QFrame
 {
     Q_OBJECT

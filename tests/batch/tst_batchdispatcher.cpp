@@ -72,6 +72,9 @@ void TestBatchDispatcher::interpreter_data()
     // The finished record stays: a second :next falls through, its value is still substituted.
     QTest::newRow("second next after finish") << ":for i X 1 2|:echo X|:next i|:next i|:echo X|:end"
                                               << loop("i", "X", {"1", "2"}, echo) + "|L:next i : X = 2\n|L:echo 2" + end;
+    // A later loop under a finished loop's label replaces its record and runs its full range.
+    QTest::newRow("label used again") << ":for i X 1 2|:next i|:for i Y 5 7|:echo Y|:next i|:end"
+                                      << loop("i", "X", {"1", "2"}, "") + "|" + loop("i", "Y", {"5", "6", "7"}, echo) + end;
     QTest::newRow("unknown label") << ":next zz|:end" << "L:next  :  = \n" + end;
     QTest::newRow("labels case-sensitive") << ":FOR i X 1 2|:NEXT I|:End" << "L:for i : X = 1\n|L:next  :  = \n" + end;
     QTest::newRow("meta words any case") << ":For i $i$ 1 2|:ECHO $i$|:Next i|:END" << loop("i", "$i$", {"1", "2"}, echo) + end;

@@ -2,6 +2,7 @@
 #include "view/DispA.h"
 #include "view/XafsView.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QLabel>
 #include <QSignalSpy>
@@ -97,7 +98,9 @@ void TestXafsView::saveData()
 
 void TestXafsView::setTarget_data()
 {
-    QTest::addColumn<QString>("flags"); // std: with a standard; range, noisy: midx flags
+    // std: with a standard; range, noisy: midx flags; offset: an energy offset
+    // of 20 eV, shown with ecorr; zoomed: a wheel zoom on an earlier target
+    QTest::addColumn<QString>("flags");
     QTest::addColumn<double>("returned"); // the edge, or less the standard's: midx 7112.5 and 7110.25
     QTest::addColumn<QString>("status");
 
@@ -108,6 +111,10 @@ void TestXafsView::setTarget_data()
     QTest::newRow("out of range") << "range" << 7112.5 << head + " Out of Range midx ";
     QTest::newRow("noisy") << "noisy" << 7112.5 << head + "  Noizy to decide midx";
     QTest::newRow("both") << "range noisy" << 7112.5 << head + " Out of Range midx Noizy to decide midx";
+    QTest::newRow("offset, not corrected") << "offset" << 7112.5 << head + "  ";
+    QTest::newRow("offset corrected") << "offset ecorr" << 7112.5 << head + "  ";
+    // A zoom does not hold: the next spectrum brings its own range.
+    QTest::newRow("zoomed before") << "zoomed" << 7112.5 << head + "  ";
 }
 
 void TestXafsView::setTarget()
@@ -119,7 +126,18 @@ void TestXafsView::setTarget()
     XafsView v;
     v.resize(500, 400);
     // Points over 7000..7100 and 7200..7300: a hole of 100 eV.
-    XafsSpectrum t = edgeSpectrum(7112, 0, {{7000, 7100}, {7200, 7300}});
+    auto *plot = v.findChild<DispA *>("Xafs");
+    QVERIFY(plot);
+    if (flags.contains("zoomed")) {
+        v.setTarget(edgeSpectrum(7500, 0, {{6000, 9000}}));
+        const QPointF at(100, 100);
+        QWheelEvent wheel(at, plot->mapToGlobal(at), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(plot, &wheel);
+    }
+    const double e = flags.contains("offset") ? 20 : 0;
+    v.setEnergyCorrection(flags.contains("ecorr"));
+    XafsSpectrum t = edgeSpectrum(7112, e, {{7000, 7100}, {7200, 7300}});
     t.dMut = 0.0123;
     t.midx = 7112.5;
     t.midxOutOfRange = flags.contains("range");
@@ -132,8 +150,6 @@ void TestXafsView::setTarget()
     QSignalSpy updated(&v, &XafsView::updated);
     QCOMPARE(v.setTarget(t), returned);
     QCOMPARE(updated.size(), 1);
-    auto *plot = v.findChild<DispA *>("Xafs");
-    QVERIFY(plot);
     const QImage img = plot->grab().toImage(); // the status line is written as the plot is drawn
     QCOMPARE(v.findChild<QLabel *>("ExtMsg")->text(), status);
 
@@ -150,9 +166,14 @@ void TestXafsView::setTarget()
         return false;
     };
     // Off the ticks (every 50 eV), whose grid lines are drawn over the curve.
-    QVERIFY(blackAt(7085));
-    QVERIFY(blackAt(7215));
-    QVERIFY(!blackAt(7165));
+    // "E. Correct" moves the curve by the offset to lower energies: its hole
+    // (7100..7200 eV) then lies at 7080..7180.
+    const double shift = flags.contains("ecorr") ? e : 0;
+    QVERIFY(blackAt(7085 - shift));
+    QVERIFY(blackAt(7215 - shift));
+    QVERIFY(!blackAt(7165 - shift));
+    QCOMPARE(blackAt(7190), shift > 0); // in the hole unless corrected
+    QCOMPARE(blackAt(7090), shift == 0); // in the corrected hole only
 }
 
 QTEST_MAIN(TestXafsView)
