@@ -126,6 +126,12 @@ void ColorBar::onMouseReleased()
     update();
 }
 
+void ColorBar::resizeEvent(QResizeEvent *e)
+{
+    DispA::resizeEvent(e);
+    paintCBar();
+}
+
 void ColorBar::scaleChanged()
 {
     paintCBar();

@@ -42,6 +42,8 @@ public slots:
 
 protected:
     void scaleChanged() override;
+    // The pixmap's rows depend on the widget's height: painted anew.
+    void resizeEvent(QResizeEvent *e) override;
 
 private:
     // The pointer's height as a fraction of the widget, from the bottom.

@@ -77,11 +77,23 @@ void TestColorBar::drag()
     QCOMPARE(barColour(13, QPointF(0.25, 0.75), 300), QColor(255, 255, 255));
 
     ColorBar bar;
-    bar.resize(60, 200);
     bar.format = format;
+    bar.setEnds(ends0.x(), ends0.y());
+    const auto pixmapIs = [&bar, format](QPointF e) {
+        const QImage img = bar.cbar.toImage();
+        QCOMPARE(img.size(), QSize(20, 600));
+        for (int y = 0; y < 600; ++y) {
+            if (img.pixelColor(0, y) != barColour(format, e, y))
+                QFAIL(qPrintable(QStringLiteral("row %1: %2").arg(y).arg(img.pixelColor(0, y).name())));
+        }
+    };
+    // The rows follow the widget's height: a resize paints them anew.
+    bar.resize(60, 200);
     bar.show();
     QVERIFY(QTest::qWaitForWindowExposed(&bar));
-    bar.setEnds(ends0.x(), ends0.y());
+    pixmapIs(ends0);
+    if (QTest::currentTestFailed())
+        return;
     QSignalSpy updatingSpy(&bar, &ColorBar::cBarUpdating);
     QSignalSpy updatedSpy(&bar, &ColorBar::cBarUpdated);
     QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(30, ys[0]));
@@ -99,12 +111,7 @@ void TestColorBar::drag()
     QCOMPARE(QPointF(bar.lo(), bar.hi()), ends);
     QCOMPARE(updatingSpy.count(), updating);
 
-    const QImage img = bar.cbar.toImage();
-    QCOMPARE(img.size(), QSize(20, 600));
-    for (int y = 0; y < 600; ++y) {
-        if (img.pixelColor(0, y) != barColour(format, ends, y))
-            QFAIL(qPrintable(QStringLiteral("row %1: %2").arg(y).arg(img.pixelColor(0, y).name())));
-    }
+    pixmapIs(ends);
 }
 
 // Positions are truncated and the one before the last move is kept.
