@@ -264,11 +264,14 @@ void Body::setupXafsView()
         if (!isVisible())
             return;
         // Beside the main window where the screen has room, so that the plot
-        // does not hide the image it belongs to.
+        // does not hide the image it belongs to, and as tall as the main
+        // window, so that the two stand as one block.
         const QRect main = frameGeometry();
         const QScreen *s = screen();
-        if (s && s->availableGeometry().contains(QRect(main.right() + 1, main.top(), xafsView->width(), xafsView->height())))
+        if (s && s->availableGeometry().contains(QRect(main.right() + 1, main.top(), xafsView->width(), main.height()))) {
             xafsView->move(main.right() + 1, main.top());
+            xafsView->resize(xafsView->width(), height());
+        }
         xafsView->show();
     });
 

@@ -38,22 +38,35 @@ qreal DrawText::fitBox(QPainter *p, const QRectF &rect, const QFont &font, int f
     return MeasurePt * std::min(rect.width() / box.width(), rect.height() / box.height());
 }
 
+QFont DrawText::fittedFont(QPainter *p, const QRectF &rect, const QString &text, int flags, int fit, qreal maxPt)
+{
+    QFont font = p->font();
+    if (fit == 1) {
+        qreal pt = fitBox(p, rect, font, flags, text);
+        if (maxPt > 0)
+            pt = std::min(pt, maxPt);
+        if (pt > 0)
+            font.setPointSizeF(pt);
+    }
+    return font;
+}
+
 void DrawText::drawFitted(QPainter *p, const QRectF &rect, const QString &text, int flags, int fit, qreal maxPt) const
 {
     const int f = flagsOr(flags);
     p->save();
-    if (fit == 1) {
-        qreal pt = fitBox(p, rect, p->font(), f, text);
-        if (maxPt > 0)
-            pt = std::min(pt, maxPt);
-        if (pt > 0) {
-            QFont font = p->font();
-            font.setPointSizeF(pt);
-            p->setFont(font);
-        }
-    }
+    p->setFont(fittedFont(p, rect, text, f, fit, maxPt));
     p->drawText(rect, f, text);
     p->restore();
+}
+
+QRectF DrawText::fittedBounds(QPainter *p, const QRectF &rect, const QString &text, int flags, int fit,
+                              qreal maxPt) const
+{
+    const int f = flagsOr(flags);
+    const QFont font = fittedFont(p, rect, text, f, fit, maxPt);
+    const QFontMetricsF fm = p->device() ? QFontMetricsF(font, p->device()) : QFontMetricsF(font);
+    return fm.boundingRect(rect, f, text);
 }
 
 void DrawText::drawRotated(QPainter *p, const QRectF &rect, const QString &text, qreal angle, int flags, int fit,

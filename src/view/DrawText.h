@@ -27,6 +27,10 @@ public:
     // maxPt > 0; otherwise it is drawn in the painter's font.
     void drawFitted(QPainter *p, const QRectF &rect, const QString &text, int flags = -1, int fit = 1,
                     qreal maxPt = 0) const;
+    // The rectangle that drawFitted with the same arguments fills with text,
+    // so that a caller can keep labels from overlapping before it draws.
+    QRectF fittedBounds(QPainter *p, const QRectF &rect, const QString &text, int flags = -1, int fit = 1,
+                        qreal maxPt = 0) const;
 
     // As drawFitted, in a painter rotated by angle degrees about the centre
     // of rect. rect is given on the screen: its corners are carried into the
@@ -53,4 +57,6 @@ public:
 
 private:
     int flagsOr(int flags) const;
+    // The painter's font, at the fitted size when fit is 1.
+    static QFont fittedFont(QPainter *p, const QRectF &rect, const QString &text, int flags, int fit, qreal maxPt);
 };

@@ -30,6 +30,9 @@ const QColor FrameColor(192, 192, 192);
 const QColor RawColor(192, 0, 0);
 const QColor FftColor(0, 192, 0);
 constexpr qreal AxisMaxPt = 12;
+// Pixels between the frame and the data's extremes: half the target's pen
+// and the frame's inner half, and one to spare.
+constexpr double CurveInset = 3;
 // A range that would need more ticks than this draws none: it is absurd,
 // and stepping through it would stall the paint.
 constexpr double MaxTicks = 1000;
@@ -177,6 +180,10 @@ void XafsView::setupCoords()
 {
     cc.setWindow(0, ui->Xafs->height(), ui->Xafs->width(), 0);
     cc.applyMargins();
+    // y runs up: sY0 is the bottom edge on the screen, sY1 the top one.
+    frameRect = QRectF(QPointF(cc.sX0, cc.sY1), QPointF(cc.sX1, cc.sY0)).normalized();
+    const double inset = std::min(CurveInset, frameRect.height() / 4);
+    cc.setPlotRegion(cc.sX0, cc.sY0 - inset, cc.sX1, cc.sY1 + inset);
 }
 
 void XafsView::setPointerYRange()
@@ -235,9 +242,9 @@ void XafsView::draw(QPainter *p)
     const QVector<RefMark> refs = refMarks();
 
     p->save();
-    // Zoomed curves stay inside the plot region instead of running over the
-    // axis labels.
-    const QRectF region = QRectF(QPointF(cc.sX0, cc.sY1), QPointF(cc.sX1, cc.sY0)).normalized();
+    // Zoomed curves stay inside the frame instead of running over the axis
+    // labels.
+    const QRectF region = frameRect;
     p->setClipRect(region);
     if (!ui->ShowRaw->isChecked()) {
         if (ui->Normalized->isChecked())
@@ -325,7 +332,7 @@ void XafsView::verticalLine(QPainter *p, double x)
 {
     const double sx = cc.r2sx(x);
     if (std::isfinite(sx))
-        p->drawLine(QPointF(sx, cc.sY0), QPointF(sx, cc.sY1));
+        p->drawLine(QPointF(sx, frameRect.top()), QPointF(sx, frameRect.bottom()));
 }
 
 void XafsView::drawMarks(QPainter *p, const QVector<RefMark> &refs)
@@ -343,17 +350,14 @@ void XafsView::drawMarks(QPainter *p, const QVector<RefMark> &refs)
 
 void XafsView::drawAxes(QPainter *p)
 {
+    const QRectF &f = frameRect;
     p->setPen(QPen(FrameColor, 2));
-    p->drawLine(QPointF(cc.sX0, cc.sY0), QPointF(cc.sX1, cc.sY0));
-    p->drawLine(QPointF(cc.sX1, cc.sY0), QPointF(cc.sX1, cc.sY1));
-    p->drawLine(QPointF(cc.sX1, cc.sY1), QPointF(cc.sX0, cc.sY1));
-    p->drawLine(QPointF(cc.sX0, cc.sY1), QPointF(cc.sX0, cc.sY0));
+    p->drawRect(f);
 
     const QPen gridPen(FrameColor, 1);
     const QPen textPen(Qt::black);
-    const double bottom = std::max(cc.sY0, cc.sY1);
-    const double labelH = std::max(0.0, cc.winY0 - bottom);
-    const double left = std::min(cc.sX0, cc.sX1);
+    const double labelH = std::max(0.0, cc.winY0 - f.bottom());
+    labelRects.clear();
 
     double step = 0;
     double first = 0;
@@ -364,16 +368,18 @@ void XafsView::drawAxes(QPainter *p)
             const double v = first + i * step;
             const double sx = cc.r2sx(v);
             p->setPen(gridPen);
-            p->drawLine(QPointF(sx, cc.sY0), QPointF(sx, cc.sY1));
+            p->drawLine(QPointF(sx, f.top()), QPointF(sx, f.bottom()));
             p->setPen(textPen);
             // Centred on its tick, but kept inside the window, so that the
             // last label is not cut by the narrow right margin.
             const double boxLeft = std::max(0.0, std::min(sx - w / 2, cc.winX1 - w));
-            const QRectF box(boxLeft, bottom, w, labelH);
+            const QRectF box(boxLeft, f.bottom(), w, labelH);
             const QString label = tickLabel(v, step);
-            dt.drawFitted(p, box, label, Qt::AlignCenter, 1, AxisMaxPt);
+            drawLabel(p, box, label, Qt::AlignCenter, 1);
+            // The ends once more in the plain font: only where that copy
+            // finds room of its own, which beside its fitted twin it lacks.
             if (i == 0 || i == count - 1)
-                dt.drawFitted(p, box, label, Qt::AlignCenter, 0);
+                drawLabel(p, box, label, Qt::AlignCenter, 0);
         }
     }
     if (ticksOf(cc.rY0, cc.rY1, &step, &first, &count)) {
@@ -382,22 +388,36 @@ void XafsView::drawAxes(QPainter *p)
             const double v = first + i * step;
             const double sy = cc.r2sy(v);
             p->setPen(gridPen);
-            p->drawLine(QPointF(cc.sX0, sy), QPointF(cc.sX1, sy));
+            p->drawLine(QPointF(f.left(), sy), QPointF(f.right(), sy));
             p->setPen(textPen);
-            const QRectF box(0, sy - h / 2, std::max(0.0, left - 3), h);
+            const QRectF box(0, sy - h / 2, std::max(0.0, f.left() - 3), h);
             const QString label = tickLabel(v, step);
-            dt.drawFitted(p, box, label, Qt::AlignRight | Qt::AlignVCenter, 1, AxisMaxPt);
+            drawLabel(p, box, label, Qt::AlignRight | Qt::AlignVCenter, 1);
             if (i == 0 || i == count - 1)
-                dt.drawFitted(p, box, label, Qt::AlignRight | Qt::AlignVCenter, 0);
+                drawLabel(p, box, label, Qt::AlignRight | Qt::AlignVCenter, 0);
         }
     }
+}
+
+void XafsView::drawLabel(QPainter *p, const QRectF &box, const QString &text, int flags, int fit)
+{
+    // Text is clipped to its box, so what it covers is no more than the box.
+    const QRectF r = dt.fittedBounds(p, box, text, flags, fit, AxisMaxPt).intersected(box);
+    // One pixel of air, so that labels never touch either.
+    const QRectF guard = r.adjusted(-1, -1, 1, 1);
+    for (const QRectF &taken : std::as_const(labelRects)) {
+        if (taken.intersects(guard))
+            return;
+    }
+    labelRects.append(r);
+    dt.drawFitted(p, box, text, flags, fit, AxisMaxPt);
 }
 
 void XafsView::drawMarkNames(QPainter *p, const QVector<RefMark> &refs)
 {
     p->setPen(QPen(RefNameColor));
-    const double top = std::min(cc.sY0, cc.sY1);
-    const double height = std::fabs(cc.sY1 - cc.sY0);
+    const double top = frameRect.top();
+    const double height = frameRect.height();
     for (const RefMark &r : refs) {
         const double sx = cc.r2sx(r.e);
         if (!std::isfinite(sx))

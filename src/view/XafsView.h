@@ -92,7 +92,10 @@ private:
     };
     enum class Curve { Y, Pre, Post, Norm };
 
-    // cc's window is the plot (y up) and its plot region the margins inside.
+    // cc's window is the plot (y up) and its plot region the margins inside,
+    // less CurveInset pixels at the top and the bottom, so that a curve's
+    // highest and lowest points are drawn clear of the frame. frameRect is
+    // the region the margins give.
     void setupCoords();
     // The y range the pointer is read in: the target's, or that of its
     // normalised curve.
@@ -101,6 +104,9 @@ private:
     void drawNormalized(QPainter *p, double e);
     void drawMarks(QPainter *p, const QVector<RefMark> &refs);
     void drawAxes(QPainter *p);
+    // Draws an axis label unless it would overlap one drawn before it in this
+    // paint (labelRects); the one that comes later gives way.
+    void drawLabel(QPainter *p, const QRectF &box, const QString &text, int flags, int fit);
     void drawMarkNames(QPainter *p, const QVector<RefMark> &refs);
     void drawRaw(QPainter *p);
     void verticalLine(QPainter *p, double x);
@@ -132,7 +138,10 @@ private:
     int hw = 0;
     int vw = 0;
 
+    QRectF frameRect;
+
     // Scratch of the painting, kept so that a repaint does not allocate.
     QPolygonF realPts;
     QVector<QPolygonF> screenLines;
+    QVector<QRectF> labelRects;
 };

@@ -3,6 +3,7 @@
 #include "view/XafsView.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QImage>
 #include <QLabel>
 #include <QSignalSpy>
@@ -26,13 +27,17 @@ private slots:
 namespace {
 
 // A step at edge over a sloping background, one point every 2 eV over each
-// span of energies.
-XafsSpectrum edgeSpectrum(double edge, double eOffset, const QVector<QPointF> &spans = {{7000, 7300}})
+// span of energies; bump adds a peak of that height at 7240 eV and a dip as
+// deep at 7060 eV, which then are the curve's highest and lowest points.
+XafsSpectrum edgeSpectrum(double edge, double eOffset, const QVector<QPointF> &spans = {{7000, 7300}},
+                          double bump = 0)
 {
     Spectrum s;
+    const auto bell = [](double e, double at) { return std::exp(-(e - at) * (e - at) / 900); };
     for (const QPointF &span : spans)
         for (double e = span.x(); e <= span.y(); e += 2)
-            s.addPoint(e, 0.6 + 1e-4 * (e - 7000) + std::atan((e - edge) / 3) / M_PI);
+            s.addPoint(e, 0.6 + 1e-4 * (e - 7000) + std::atan((e - edge) / 3) / M_PI
+                              + bump * (bell(e, 7240) - bell(e, 7060)));
     return XafsSpectrum(s, QStringLiteral("test"), 1, eOffset, SuggestElm());
 }
 
@@ -99,7 +104,8 @@ void TestXafsView::saveData()
 void TestXafsView::setTarget_data()
 {
     // std: with a standard; range, noisy: midx flags; offset: an energy offset
-    // of 20 eV, shown with ecorr; zoomed: a wheel zoom on an earlier target
+    // of 20 eV, shown with ecorr; zoomed: a wheel zoom on an earlier target;
+    // big: a 60 pt font on the plot
     QTest::addColumn<QString>("flags");
     QTest::addColumn<double>("returned"); // the edge, or less the standard's: midx 7112.5 and 7110.25
     QTest::addColumn<QString>("status");
@@ -115,6 +121,9 @@ void TestXafsView::setTarget_data()
     QTest::newRow("offset corrected") << "offset ecorr" << 7112.5 << head + "  ";
     // A zoom does not hold: the next spectrum brings its own range.
     QTest::newRow("zoomed before") << "zoomed" << 7112.5 << head + "  ";
+    // The ends of the axes are written in the plain font too, but never over
+    // their fitted labels.
+    QTest::newRow("large plain font") << "big" << 7112.5 << head + "  ";
 }
 
 void TestXafsView::setTarget()
@@ -137,7 +146,12 @@ void TestXafsView::setTarget()
     }
     const double e = flags.contains("offset") ? 20 : 0;
     v.setEnergyCorrection(flags.contains("ecorr"));
-    XafsSpectrum t = edgeSpectrum(7112, e, {{7000, 7100}, {7200, 7300}});
+    if (flags.contains("big")) {
+        QFont f = plot->font();
+        f.setPointSize(60);
+        plot->setFont(f);
+    }
+    XafsSpectrum t = edgeSpectrum(7112, e, {{7000, 7100}, {7200, 7300}}, 0.5);
     t.dMut = 0.0123;
     t.midx = 7112.5;
     t.midxOutOfRange = flags.contains("range");
@@ -158,13 +172,15 @@ void TestXafsView::setTarget()
     // the grid are grey and the labels lie outside, so black is the target.
     const int w = img.width(), h = img.height();
     const int left = w / 10, right = w - w / 20, top = h / 10, bottom = h - h / 20;
-    auto blackAt = [&](double e) {
-        const int x = int(left + (right - left) * (e - 7000) / 300.0);
-        for (int y = top - 1; y <= bottom + 1; ++y)
-            if (img.pixelColor(x, y) == QColor(Qt::black))
-                return true;
+    auto blackIn = [&](double e0, double e1, int y0, int y1) {
+        for (int x = int(left + (right - left) * (e0 - 7000) / 300.0);
+             x <= int(left + (right - left) * (e1 - 7000) / 300.0); ++x)
+            for (int y = y0; y <= y1; ++y)
+                if (img.pixelColor(x, y) == QColor(Qt::black))
+                    return true;
         return false;
     };
+    auto blackAt = [&](double e) { return blackIn(e, e, top - 1, bottom + 1); };
     // Off the ticks (every 50 eV), whose grid lines are drawn over the curve.
     // "E. Correct" moves the curve by the offset to lower energies: its hole
     // (7100..7200 eV) then lies at 7080..7180.
@@ -174,6 +190,18 @@ void TestXafsView::setTarget()
     QVERIFY(!blackAt(7165 - shift));
     QCOMPARE(blackAt(7190), shift > 0); // in the hole unless corrected
     QCOMPARE(blackAt(7090), shift == 0); // in the corrected hole only
+    // The peak and the dip are drawn inside the frame (its 2-pixel lines
+    // cover top - 1 .. top and bottom - 1 .. bottom), not hidden under it.
+    QVERIFY(blackIn(7240 - shift, 7240 - shift, top + 1, top + 4));
+    QVERIFY(blackIn(7060 - shift, 7060 - shift, bottom - 4, bottom - 2));
+    // Labels are fitted to their boxes, and the plain-font copies of the ends
+    // never find room beside them: the plot's own font changes nothing.
+    if (flags.contains("big")) {
+        XafsView plain;
+        plain.resize(500, 400);
+        plain.setTarget(t);
+        QCOMPARE(plain.findChild<DispA *>("Xafs")->grab().toImage(), img);
+    }
 }
 
 QTEST_MAIN(TestXafsView)
