@@ -134,7 +134,6 @@ void TestXafsView::setTarget()
 
     XafsView v;
     v.resize(500, 400);
-    // Points over 7000..7100 and 7200..7300: a hole of 100 eV.
     auto *plot = v.findChild<DispA *>("Xafs");
     QVERIFY(plot);
     if (flags.contains("zoomed")) {
@@ -151,6 +150,7 @@ void TestXafsView::setTarget()
         f.setPointSize(60);
         plot->setFont(f);
     }
+    // Points over 7000..7100 and 7200..7300: a hole of 100 eV.
     XafsSpectrum t = edgeSpectrum(7112, e, {{7000, 7100}, {7200, 7300}}, 0.5);
     t.dMut = 0.0123;
     t.midx = 7112.5;
@@ -172,15 +172,14 @@ void TestXafsView::setTarget()
     // the grid are grey and the labels lie outside, so black is the target.
     const int w = img.width(), h = img.height();
     const int left = w / 10, right = w - w / 20, top = h / 10, bottom = h - h / 20;
-    auto blackIn = [&](double e0, double e1, int y0, int y1) {
-        for (int x = int(left + (right - left) * (e0 - 7000) / 300.0);
-             x <= int(left + (right - left) * (e1 - 7000) / 300.0); ++x)
-            for (int y = y0; y <= y1; ++y)
-                if (img.pixelColor(x, y) == QColor(Qt::black))
-                    return true;
+    auto blackIn = [&](double e, int y0, int y1) {
+        const int x = int(left + (right - left) * (e - 7000) / 300.0);
+        for (int y = y0; y <= y1; ++y)
+            if (img.pixelColor(x, y) == QColor(Qt::black))
+                return true;
         return false;
     };
-    auto blackAt = [&](double e) { return blackIn(e, e, top - 1, bottom + 1); };
+    auto blackAt = [&](double e) { return blackIn(e, top - 1, bottom + 1); };
     // Off the ticks (every 50 eV), whose grid lines are drawn over the curve.
     // "E. Correct" moves the curve by the offset to lower energies: its hole
     // (7100..7200 eV) then lies at 7080..7180.
@@ -192,8 +191,8 @@ void TestXafsView::setTarget()
     QCOMPARE(blackAt(7090), shift == 0); // in the corrected hole only
     // The peak and the dip are drawn inside the frame (its 2-pixel lines
     // cover top - 1 .. top and bottom - 1 .. bottom), not hidden under it.
-    QVERIFY(blackIn(7240 - shift, 7240 - shift, top + 1, top + 4));
-    QVERIFY(blackIn(7060 - shift, 7060 - shift, bottom - 4, bottom - 2));
+    QVERIFY(blackIn(7240 - shift, top + 1, top + 4));
+    QVERIFY(blackIn(7060 - shift, bottom - 4, bottom - 2));
     // Labels are fitted to their boxes, and the plain-font copies of the ends
     // never find room beside them: the plot's own font changes nothing.
     if (flags.contains("big")) {
