@@ -25,7 +25,7 @@ Body::Body(QWidget *parent)
     registerMetaTypes();
     setupForm();
     setupSelectionGroup();
-    // Message-server settings go here, before the suggested-element wiring.
+    setupNetwork();
     setupSuggestElm();
 
     // Setup steps of the subsystems, in this order: batch, spectrum view,
@@ -45,7 +45,8 @@ Body::Body(QWidget *parent)
     setupMainView();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
-    // The connection to the message server starts here, last.
+    // Last: the connection to the message server.
+    startStars();
 }
 
 Body::~Body()

@@ -6,6 +6,7 @@
 #include "images/ErrPoints.h"
 #include "images/TiffData.h"
 #include "batch/ExCmdId.h"
+#include "network/Client.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
 #include "view/DrawText.h"
@@ -23,6 +24,7 @@ class LoadTiff;
 class QPainter;
 class QThread;
 class SelectDataFiles;
+class Stars;
 class XafsFileSelect;
 class _FileDialog;
 struct AbsorptionInput;
@@ -297,4 +299,30 @@ private:
     int curX = 0;
     int curY = 0;
     DrawText posText;
+
+    // Network (src/network/BodyNetwork.cpp): the message-server client,
+    // whose settings frame stands in the side column, and the TCP target
+    // that receives the displayed spectrum.
+public:
+    // Announces a saved file to the message server: the event
+    // "<eventWord> <fileName>" on the empty channel, for instance
+    // announceSaved("SavedImage", path). Returns the line sent, or
+    // "Stars is not ready (<line>)" when there is no connection; the
+    // announcement is then lost and nothing else happens.
+    QString announceSaved(const QString &eventWord, const QString &fileName);
+    Stars *stars() const;
+
+public slots:
+    // The spectrum view's "To Network": the spectrum with a header of the
+    // stacks, the point and the bins goes to the server as the event
+    // "SendXafsData <text with '|' for line feeds>" and unchanged to the
+    // TCP target.
+    void sendXafsDataToStars(QByteArray data);
+
+private:
+    void setupNetwork();
+    void startStars();
+    // Read once at start; the configuration file can't change them.
+    bool useStars = true;
+    Client client;
 };

@@ -241,9 +241,9 @@ void Body::setupXafsView()
     xafsView->setSendVisible(gConfig.value(QStringLiteral("SHOW_SEND_TO_STARS_ON_XAFS_VIEW"), QStringLiteral("0")).toInt()
                              == 1);
     connect(this, &Body::currentPosition, xafsView, &XafsView::currentPosition);
-    // saveScreenAs, savedXafsData and sendXafsDataToStars have no receiver
-    // yet: the picture of the screen, the announcement of a saved file and the
-    // network come with the saving and network code.
+    connect(xafsView, &XafsView::sendXafsDataToStars, this, &Body::sendXafsDataToStars);
+    // saveScreenAs and savedXafsData have no receiver yet: the picture of the
+    // screen and the announcement of a saved file come with the saving code.
 
     // The plot is what the pointer over the image is for, so it is there
     // from the start; the button brings it back once it has been closed.
