@@ -126,8 +126,9 @@ void Body::dispImgSelected(bool checked)
         return;
     if (ui->ShowData->isChecked() || ui->ShowI0->isChecked())
         showData(shownPanel()->currentIndex());
-    // The energy-shift map and the analysis map are laid over the image
-    // here once they exist.
+    else if (ui->ShowResAnalysis->isChecked())
+        showSelectedMap();
+    // The energy-shift map is laid over the image here once it exists.
 }
 
 void Body::selAreaFull()
@@ -145,9 +146,10 @@ void Body::rerenderShown(qsizetype from, qsizetype to)
 void Body::cBarUpdating()
 {
     // While an end is dragged only the frame on screen follows, so that the
-    // drag stays smooth on a stack of hundreds of frames. The maps are
-    // recoloured here once they exist.
-    if (!ui->ShowShiftMap->isChecked() && !ui->ShowResAnalysis->isChecked()) {
+    // drag stays smooth on a stack of hundreds of frames.
+    if (ui->ShowResAnalysis->isChecked()) {
+        setupResAnalysisImage();
+    } else {
         if (TiffData *f = ui->dispA->data)
             f->render();
     }
@@ -157,7 +159,9 @@ void Body::cBarUpdating()
 void Body::cBarUpdated()
 {
     qDebug().noquote() << "cBarUpdated" << ui->CBar->lo() << ui->CBar->hi();
-    if (!ui->ShowShiftMap->isChecked() && !ui->ShowResAnalysis->isChecked()) {
+    if (ui->ShowResAnalysis->isChecked()) {
+        setupResAnalysisImage();
+    } else {
         const int idx = shownPanel()->currentIndex();
         if (idx >= 0 && idx < shownFrames().size())
             rerenderShown(0, shownFrames().size());
