@@ -11,6 +11,7 @@
 #include "view/XafsView.h"
 
 #include <QButtonGroup>
+#include <QCoreApplication>
 #include <QDebug>
 #include <QFileDialog>
 #include <QThread>
@@ -89,6 +90,7 @@ void Analyzer::setupForm()
     connect(ui->DEdgeCompWith, &QAbstractButton::toggled, this, &Analyzer::toggledDEdgeCompWith);
     connect(ui->DEdgeCWFile, &QAbstractButton::toggled, this, &Analyzer::toggledCWFile);
     connect(ui->DEdgeCWFileSelect, &XafsFileSelect::newFile, this, &Analyzer::selectedNewDEdgeCWFile);
+    ui->DEdgeCWFileSelect->showUse(false);
     fdGroup.add(ui->DEdgeCWFileSelect->fileDialog());
     fdGroup.add(map1Dialog);
     fdGroup.add(map2Dialog);
@@ -195,8 +197,19 @@ void Analyzer::addNewRef()
     connect(r, &LCFReference::newDeltaE, this, &Analyzer::reAnalyzeSpectrum);
 }
 
+void Analyzer::drainWorker()
+{
+    QMetaObject::invokeMethod(worker, [] {}, Qt::BlockingQueuedConnection);
+    draining = true;
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    draining = false;
+    pending = 0;
+}
+
 void Analyzer::analyze2DFinished()
 {
+    if (draining)
+        return;
     if (!contAccess)
         xafsView_->update();
     const int before = pending--;

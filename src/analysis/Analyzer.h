@@ -60,6 +60,11 @@ public:
     // 0 when none: the number a saved map's file name carries.
     int selectedRefRow() const;
 
+    // Waits until the worker has done everything sent to it so far and drops
+    // the end signals of that work, so that a late answer to a single
+    // spectrum or to a stopped run can never count as a point of the next.
+    void drainWorker();
+
     // Rebuilds the comparison step from its three fields.
     void generateDEdgeStep();
 
@@ -186,4 +191,5 @@ private:
     XafsView *xafsView_ = nullptr;
     QThread *thread = nullptr;
     AnalyzeProc *worker = nullptr;
+    bool draining = false;
 };

@@ -95,6 +95,10 @@ void Body::start2DAnalysis()
         fvMap = &analyzer->fvMap;
         take(fvMap);
     }
+    // Answers still owed for spectra sent before the run (the one under the
+    // pointer, or the last point of a stopped run) must not be taken for
+    // this run's first point.
+    analyzer->drainWorker();
     analyzeAPoint(analyzeCond);
 }
 

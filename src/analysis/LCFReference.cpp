@@ -12,6 +12,9 @@ LCFReference::LCFReference(QWidget *parent)
     maps << new Analyzed2DRes(QStringLiteral("LCF Ref 1"), this) << new Analyzed2DRes(QStringLiteral("LCF Ref 2"), this);
     ui->XFS->showUse(true);
     ui->XFS->setTitle(QStringLiteral("Use"));
+    // The file name needs the room more than the buttons do.
+    ui->XFS->setMaxSelectBW(100);
+    ui->XFS->setMaxClearBW(50);
     spectrum.xShiftOn = true;
     editedDeltaE();
     ratio = 0;
