@@ -37,7 +37,9 @@ Body::Body(QWidget *parent)
     setupLoading();
     setupAbsorption();
     setupNavigation();
+    setupAnalyzer();
     setupAnalyzer2();
+    setupSaving();
     setupErrPoints();
 
     // CheckVals, the BG view and the position memory go here.
@@ -72,6 +74,8 @@ void Body::registerMetaTypes()
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
     qRegisterMetaType<TiffData *>("TiffData*");
     qRegisterMetaType<ErrPoints *>("ErrPoints*");
+    qRegisterMetaType<XafsSpectrum *>("XafsSpectrum*");
+    qRegisterMetaType<AnalyzeCond>("AnalyzeCond");
 }
 
 void Body::setupForm()

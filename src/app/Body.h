@@ -1,11 +1,11 @@
 #pragma once
 
+#include "analysis/AnalyzeCond.h"
 #include "batch/CmdLine.h"
 #include "spectrum/SuggestElm.h"
 #include "batch/ExCmdId.h"
 #include "images/ErrPoints.h"
 #include "images/TiffData.h"
-#include "batch/ExCmdId.h"
 #include "network/Client.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
@@ -18,8 +18,11 @@
 
 #include <memory>
 
+class Analyzed2DRes;
+class Analyzer;
 class BatchCtrl;
 class BatchDispatcher;
+class SaveDataCfg;
 class LoadTiff;
 class QPainter;
 class QThread;
@@ -325,4 +328,59 @@ private:
     // Read once at start; the configuration file can't change them.
     bool useStars = true;
     Client client;
+
+    // Analysis run (src/analysis/BodyAnalysis.cpp): a walk over the selected
+    // area (the whole image without one), one point in flight at a time: the
+    // main thread forms the point's spectrum, the Analyzer's worker analyses
+    // it, and the end signal records the results and sends the next point.
+public slots:
+    // A toggle: during a run it stops it.
+    void start2DAnalysis();
+    void stop2DAnalysis();
+    void analyzeASpectrumFinished();
+    void recordResForAPoint();
+    void generateResImages();
+    // Sets ac up over the selected area with the analysis box as the point's
+    // block; false, and ac unchanged, without I1 frames.
+    bool askAnalyzeCond(AnalyzeCond &ac);
+    void setupResAnalysisImage();
+    // The Analyzer's chosen map becomes the image area's overlay.
+    void showSelectedMap();
+
+signals:
+    // Declared for compatibility; nothing emits them and nothing listens.
+    void findFirstDEdgeAtAPoint();
+    void findNextDEdgeAtAPoint();
+    void noMorePointsToFindDEdge();
+
+private:
+    void setupAnalyzer();
+    void analyzeAPoint(AnalyzeCond &ac);
+    // The energy shift of a point of the run, from the shift map.
+    double pointEShift(int ix, int iy) const;
+    // The batch commands of the Analyzer window.
+    void execAnalyzerCmd(EX_CMD_ID id, const CmdLine &cmd);
+    Analyzer *analyzer = nullptr;
+    bool running2D = false;
+    AnalyzeCond analyzeCond;
+    // Pointers into the Analyzer's and its panels' maps, for one run.
+    QList<Analyzed2DRes *> lcfMaps;
+    QList<Analyzed2DRes *> elemMaps;
+    Analyzed2DRes *raDMutMap = nullptr;
+    Analyzed2DRes *raRestMap = nullptr;
+    Analyzed2DRes *raRatioMap = nullptr;
+    Analyzed2DRes *fvMap = nullptr;
+
+    // Saving (src/saving/BodySaving.cpp): the map on display as TIFF or text.
+public slots:
+    void showSaveDataDialog();
+    void saveData(QString fname);
+    void saveDataAsTiff(QString fname, int ext);
+    void saveDataAsText(QString fname, int ext);
+
+private:
+    void setupSaving();
+    // The batch commands of saving and of the save configuration.
+    void execSaveCmd(EX_CMD_ID id, const CmdLine &cmd);
+    SaveDataCfg *saveDataCfg = nullptr;
 };

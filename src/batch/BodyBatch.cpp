@@ -234,6 +234,66 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         execXafsViewCmd(id, cmd);
         break;
 
+    // The Analyzer window. The four exec words start one run (its kind is
+    // the window's choice, not the word's) and finish when it ends; a run
+    // that cannot begin never finishes, and the batch waits for Stop.
+    case ANALYZER_EXEC_2DA:
+    case ANALYZER_EXEC_LCF:
+    case ANALYZER_EXEC_ELEMS:
+    case ANALYZER_EXEC_RA:
+        start2DAnalysis();
+        return;
+    case ANALYZER_SHOW_WINDOW:
+    case ANALYZER_SELECT_ANALYSIS_MODE:
+    case ANALYZER_MAIN_MODE:
+    case ANALYZER_SUB_MODE:
+    case ANALYZER_SELECT_MAIN_MODE_2DA:
+    case ANALYZER_SELECT_SUB_MODE_DEDGE:
+    case ANALYZER_SELECT_SUB_MODE_LCF:
+    case ANALYZER_SELECT_SUB_MODE_ELEMS:
+    case ANALYZER_SELECT_SUB_MODE_RA:
+    case ANALYZER_SELECT_MAIN_MODE_PROCMAPS:
+    case ANALYZER_VIEW_NORMALIZE:
+    case ANALYZER_VIEW_ENERUGY_CORRECTION:
+    case ANALYZER_SELECT_IMAGE:
+    case ANALYZER_SET_FIXED_SCALE:
+    case ANALYZER_SET_SCALE_MAX:
+    case ANALYZER_SET_SCALE_MIN:
+    case ANALYZER_SET_DMUT_SCALE_MAX:
+    case ANALYZER_SET_DMUT_SCALE_MIN:
+    case ANALYZER_SET_RATIO_SCALE_MAX:
+    case ANALYZER_SET_RATIO_SCALE_MIN:
+    case ANALYZER_DEDGE_SELECT_MODE:
+    case ANALYZER_DEDGE_SELECT_MODE_MIDP:
+    case ANALYZER_DEDGE_SELECT_MODE_COMP:
+    case ANALYZER_DEDGE_MID_POINT_RATIO:
+    case ANALYZER_DEDGE_COMP_TARGET:
+    case ANALZYER_DEDGE_COMP_W_FILE:
+    case ANALYZER_DEDGE_COMP_FILE_NAME:
+    case ANALYZER_DEDGE_COMP_W_STEP:
+    case ANALYZER_DEDGE_COMP_STEP_PARAMS:
+    case ANALYZER_DEDGE_COMP_PARAMS:
+    case ANALYZER_SELECT_IMAGE_TYPE:
+        execAnalyzerCmd(id, cmd);
+        break;
+
+    // Saving the map on display and the save configuration.
+    case SAVE_DATA:
+    case SAVE_DATA_AS_TIFF:
+    case SAVEDATACFG_SHOW_WINDOW:
+    case SAVEDATACFG_SAVE_AS_TIFF:
+    case SAVEDATACFG_SAVE_AS_TEXT:
+    case SAVEDATACFG_TIFF_FIX_SCALE:
+    case SAVEDATACFG_TIFF_SCALE_MIN:
+    case SAVEDATACFG_TIFF_SCALE_MAX:
+    case SAVEDATACFG_TIFF_AS_ANALYZED:
+    case SAVEDATACFG_TEXT_AS_CSV:
+    case SAVEDATACFG_TEXT_AS_SSV:
+    case SAVEDATACFG_TEXT_AS_XYZ:
+    case SAVEDATACFG_TEXT_AS_VALS:
+        execSaveCmd(id, cmd);
+        break;
+
     case QUIT:
         // No finish: the windows close and the application ends.
         emit finishing();

@@ -45,6 +45,11 @@ void XafsFileSelect::setTitle(const QString &title)
     ui->Use->setText(title);
 }
 
+void XafsFileSelect::setSelectText(const QString &text)
+{
+    ui->Select->setText(text);
+}
+
 void XafsFileSelect::load(const QString &fname)
 {
     fileSelected(fname);

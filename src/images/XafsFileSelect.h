@@ -30,6 +30,8 @@ public:
     bool isUsed() const;
     // The text of the Use box, which serves as the frame's title.
     void setTitle(const QString &title);
+    // The text of the Select button ("Select Ref1" on a reference panel).
+    void setSelectText(const QString &text);
     QFileDialog *fileDialog() const { return dialog; }
 
 signals:

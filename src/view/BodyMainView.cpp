@@ -3,6 +3,8 @@
 // image, and the memory of stored positions.
 #include "app/Body.h"
 
+#include "analysis/Analyzed2DRes.h"
+#include "analysis/Analyzer.h"
 #include "app/LineItems.h"
 #include "app/TruncatedInt.h"
 #include "images/SelectDataFiles.h"
@@ -85,7 +87,10 @@ void Body::showXafsSpectrum()
     const XafsSpectrum x(absorptionSpectrum(curX, curY, hw, vw), QStringLiteral("body-show"), lineType, dE,
                          suggestElm());
     const double e = xafsView->setTarget(x);
-    // The Analyzer's copy goes here once the two-dimensional analysis exists.
+    // The analysis window sees the same spectrum, analysed as a single one;
+    // during a run the worker is the run's.
+    if (!running2D)
+        analyzer->analyzeAndShowSpectrum(x, suggestElm());
 
     ui->PosX->setText(QString::asprintf("% 4d", curX));
     ui->PosY->setText(QString::asprintf("% 4d", curY));
@@ -111,11 +116,14 @@ void Body::onMouseMovedInDispA()
     ui->VCross->pos = imgH - iy;
     ui->VCross->update();
 
-    // With the analysis map on display its value goes here once maps exist.
     if (!ui->ShowResAnalysis->isChecked()) {
         const TiffData *f = a->data;
         if (f && ix >= 0 && iy >= 0 && qint64(ix) < qint64(f->width) && qint64(iy) < qint64(f->height))
             ui->Value->setText(QStringLiteral("%1").arg(f->pixel(ix, iy), 0, 'g', 4).trimmed());
+    } else if (const Analyzed2DRes *m = analyzer->selectedMap()) {
+        const double v = m->useProc ? m->procValueAt(ix, iy) : m->valueAt(ix, iy);
+        ui->Value->setText(QStringLiteral("%1").arg(v, 0, 'g', 4).trimmed());
+        ui->Value2->setText(QStringLiteral("%1").arg(m->surface.value(ix, iy), 0, 'g', 4).trimmed());
     }
     if (dark)
         ui->DarkValue->setText(QStringLiteral("%1").arg(dark->pixel(ix, iy), 0, 'g', 6));
@@ -274,6 +282,12 @@ void Body::deletePos()
 
 void Body::showAnalyzedVals()
 {
-    // Writes the Analyzer's current map once result maps exist; until then
-    // there is no map, and so nothing to write.
+    const Analyzed2DRes *m = analyzer->selectedMap();
+    if (!m)
+        return;
+    qDebug().noquote() << "vals of " << m->name;
+    for (int y = 0; y < m->height(); ++y)
+        for (int x = 0; x < m->width(); ++x)
+            qDebug().noquote() << QString::asprintf("%4d %4d %15.6f %15.6f", x, y, m->valueAt(x, y),
+                                                    m->procValueAt(x, y));
 }

@@ -125,8 +125,9 @@ void Body::dispImgSelected(bool checked)
         return;
     if (ui->ShowData->isChecked() || ui->ShowI0->isChecked())
         showData(shownPanel()->currentIndex());
-    // The energy-shift map and the analysis map are laid over the image
-    // here once they exist.
+    else if (ui->ShowResAnalysis->isChecked())
+        showSelectedMap();
+    // The energy-shift map is laid over the image here once it exists.
 }
 
 void Body::selAreaFull()
@@ -158,6 +159,8 @@ void Body::cBarUpdating()
         const int idx = shownPanel()->currentIndex();
         if (idx >= 0 && idx < shownFrames().size())
             shownFrames().at(idx)->render();
+    } else {
+        setupResAnalysisImage();
     }
     ui->dispA->update();
 }
@@ -165,7 +168,9 @@ void Body::cBarUpdating()
 void Body::cBarUpdated()
 {
     qDebug().noquote() << "cBarUpdated" << ui->CBar->lo() << ui->CBar->hi();
-    if (framesFollowColorBar()) {
+    if (!framesFollowColorBar()) {
+        setupResAnalysisImage();
+    } else {
         const int idx = shownPanel()->currentIndex();
         if (idx >= 0 && idx < shownFrames().size())
             rerenderShown(0, shownFrames().size());

@@ -1,5 +1,7 @@
 #include "view/ImgDispA.h"
 
+#include "analysis/Analyzed2DRes.h"
+
 #include "app/Globals.h"
 #include "images/TiffData.h"
 #include "view/ColorScale.h"
@@ -37,10 +39,13 @@ void ImgDispA::setData(TiffData *frame)
     update();
 }
 
-QImage *ImgDispA::overlayImage(double *, double *) const
+QImage *ImgDispA::overlayImage(double *vMin, double *vMax) const
 {
-    // Analyzed2DRes is not part of the program yet: no overlay has an image.
-    return nullptr;
+    if (!overLayer || !overLayer->imgValid || !overLayer->img())
+        return nullptr;
+    *vMin = overLayer->effectiveMin();
+    *vMax = overLayer->effectiveMax();
+    return overLayer->img();
 }
 
 QImage *ImgDispA::currentImage()

@@ -36,8 +36,8 @@ public:
     // be stale.
     QImage *qimage = nullptr;
     bool showOverLayer = false;
-    // Result maps arrive with the two-dimensional analysis; until then this
-    // stays null and the frame is always the source.
+    // The map shown in place of the frame while showOverLayer is set; not
+    // owned, and a map without an image leaves the frame on show.
     Analyzed2DRes *overLayer = nullptr;
     double viewX = 0, viewY = 0, viewW = 0, viewH = 0;
     bool selecting = false;
@@ -95,8 +95,8 @@ public slots:
     void setResetMax(bool f);
 
 private:
-    // The overlay's prepared image and its value range; null while result
-    // maps do not exist yet.
+    // The overlay's prepared image and its value range (the map's own, fixed
+    // or automatic); null when there is none.
     QImage *overlayImage(double *vMin, double *vMax) const;
     // Makes the selection's origin its smaller corner and its size positive.
     void normaliseSelection();

@@ -1,0 +1,333 @@
+// Body's analysis slots: the run over the image area, point by point, as a
+// chain of signals between Body, the Analyzer and its worker; the recording
+// of each point into the maps; their images; and the batch commands of the
+// Analyzer window.
+#include "app/Body.h"
+
+#include "analysis/AnalyzeProc.h"
+#include "analysis/Analyzed2DRes.h"
+#include "analysis/Analyzer.h"
+#include "analysis/ElemCtrl.h"
+#include "analysis/LCFReference.h"
+#include "batch/CmdArgs.h"
+#include "images/TiffData.h"
+#include "ui_Body.h"
+#include "view/ImgDispA.h"
+
+#include <QDebug>
+
+void Body::setupAnalyzer()
+{
+    analyzer = new Analyzer(this);
+    connect(ui->ShowAnalyzer, &QPushButton::clicked, analyzer, &Analyzer::show);
+    // Direct: the walk is the main thread's, and askAnalyzeCond fills its
+    // argument before the emitter reads it.
+    connect(analyzer, &Analyzer::askAnalyze, this, &Body::start2DAnalysis, Qt::DirectConnection);
+    connect(analyzer, &Analyzer::finished, this, &Body::analyzeASpectrumFinished, Qt::DirectConnection);
+    connect(analyzer, &Analyzer::askAnalyzeCond, this, &Body::askAnalyzeCond, Qt::DirectConnection);
+    connect(analyzer, &Analyzer::changedSelection, this, &Body::showSelectedMap);
+}
+
+bool Body::askAnalyzeCond(AnalyzeCond &ac)
+{
+    if (i1Frames.isEmpty())
+        return false;
+    const TiffData *first = i1Frames.first();
+    const ImgDispA *a = ui->dispA;
+    const QRectF rect = a->hasSelection ? a->selectedArea() : QRectF(0, 0, first->width, first->height);
+    ac.setUp(int(first->width), int(first->height), ui->aHWidth_->text().toInt(), ui->aVWidth_->text().toInt(), rect,
+             -1, -1);
+    return true;
+}
+
+void Body::start2DAnalysis()
+{
+    // The "Analyze" button is one toggle: pressed during a run it stops it.
+    if (running2D) {
+        stop2DAnalysis();
+        return;
+    }
+    if (i1Frames.isEmpty() || !askAnalyzeCond(analyzeCond))
+        return;
+    running2D = true;
+    analyzer->setContAccess(true);
+    analyzer->setProgress(0.0);
+    analyzer->initAnalyzeSpectrum();
+
+    int no = 0;
+    auto take = [&no, this](Analyzed2DRes *m) {
+        m->setNo(no++);
+        m->setUp(analyzeCond);
+    };
+    if (analyzer->selLCF()) {
+        lcfMaps.clear();
+        for (int kind = 0; kind < 2; ++kind)
+            for (LCFReference *r : std::as_const(analyzer->lcfrs))
+                lcfMaps << r->maps.at(kind);
+        for (Analyzed2DRes *m : std::as_const(lcfMaps))
+            take(m);
+        take(&analyzer->zansaMap);
+        qDebug().noquote() << "setup for LCF/MLCF" << analyzeCond.text();
+    }
+    if (analyzer->selDEdge()) {
+        if (analyzer->dEdgeCompWithStep())
+            analyzer->generateDEdgeStep();
+        take(&analyzer->dEdgeMap);
+    }
+    if (analyzer->selElems()) {
+        elemMaps.clear();
+        for (int kind = 0; kind < ElemCtrl::MapKinds; ++kind)
+            for (ElemCtrl *e : std::as_const(analyzer->elems))
+                elemMaps << e->maps.at(kind);
+        elemMaps << &analyzer->elemsCorMap << &analyzer->elemsCorThMap;
+        for (Analyzed2DRes *m : std::as_const(elemMaps))
+            take(m);
+    }
+    if (analyzer->selRA()) {
+        raDMutMap = &analyzer->raDMutMap;
+        raRestMap = &analyzer->raRestMap;
+        raRatioMap = &analyzer->raRatioMap;
+        take(raDMutMap);
+        take(raRestMap);
+        take(raRatioMap);
+    }
+    if (analyzer->selFV()) {
+        fvMap = &analyzer->fvMap;
+        take(fvMap);
+    }
+    // Answers still owed for spectra sent before the run (the one under the
+    // pointer, or the last point of a stopped run) must not be taken for
+    // this run's first point.
+    analyzer->drainWorker();
+    analyzeAPoint(analyzeCond);
+}
+
+void Body::stop2DAnalysis()
+{
+    // The point in flight still ends, but finds the run over and records
+    // nothing: the maps keep what was recorded, with the images last made.
+    running2D = false;
+    analyzer->setContAccess(false);
+}
+
+double Body::pointEShift(int ix, int iy) const
+{
+    Q_UNUSED(ix);
+    Q_UNUSED(iy);
+    // No energy-shift map exists yet: every point is read unshifted.
+    return 0.0;
+}
+
+void Body::analyzeAPoint(AnalyzeCond &ac)
+{
+    const double shift = pointEShift(ac.ix, ac.iy);
+    const SuggestElm sElm = suggestElm();
+    // Straight background lines: the calibration window's choice of the
+    // point's line type arrives with that window.
+    const int lineType = 1;
+    const XafsSpectrum s(absorptionSpectrum(ac.ix, ac.iy, viewHalfWidth(), viewHalfHeight()),
+                         QStringLiteral("Body-AaP"), lineType, shift, sElm);
+    analyzer->analyzeSpectrum(s, sElm);
+}
+
+void Body::analyzeASpectrumFinished()
+{
+    if (!running2D)
+        return;
+    recordResForAPoint();
+    if (!analyzeCond.next()) {
+        generateResImages();
+        ui->dispA->update();
+        running2D = false;
+        analyzer->setContAccess(false);
+        analyzer->setProgress(100.0);
+        // All four analysis commands finish with this one id.
+        emit finishBatchExec(ANALYZER_EXEC_LCF);
+        return;
+    }
+    if (analyzeCond.newLine) {
+        if (analyzer->dispOnTime())
+            generateResImages();
+        analyzer->setProgress(double(analyzeCond.iy - analyzeCond.yStart)
+                              / double(analyzeCond.yEnd - analyzeCond.yStart) * 100.0);
+    }
+    analyzeAPoint(analyzeCond);
+}
+
+void Body::recordResForAPoint()
+{
+    const AnalyzeProc *w = analyzer->analyzeProc();
+    const int ix = analyzeCond.ix;
+    const int iy = analyzeCond.iy;
+    const int bx = analyzeCond.binX;
+    const int by = analyzeCond.binY;
+    if (analyzer->selDEdge())
+        analyzer->dEdgeMap.setData(ix, iy, bx, by, w->dEdge);
+}
+
+void Body::generateResImages()
+{
+    if (analyzer->selDEdge())
+        analyzer->dEdgeMap.genImg();
+    showSelectedMap();
+}
+
+void Body::setupResAnalysisImage()
+{
+    if (Analyzed2DRes *m = analyzer->selectedMap())
+        m->genImg();
+}
+
+void Body::showSelectedMap()
+{
+    // The image area takes the Analyzer's choice; it is on show while
+    // "Res. Analysis" is checked.
+    ui->dispA->overLayer = analyzer->selectedMap();
+    if (ui->ShowResAnalysis->isChecked())
+        ui->dispA->setShowOverLayer(true);
+    ui->dispA->update();
+}
+
+void Body::execAnalyzerCmd(EX_CMD_ID id, const CmdLine &cmd)
+{
+    Analyzer *a = analyzer;
+    const bool b = CmdArgs::toBool(cmd, 0);
+    const int i = CmdArgs::toInt(cmd, 0);
+    const double d = CmdArgs::toDouble(cmd, 0);
+    switch (id) {
+    case ANALYZER_SHOW_WINDOW:
+        a->show();
+        break;
+    case ANALYZER_SELECT_ANALYSIS_MODE:
+        switch (i) {
+        case 0:
+            a->setMainMode2DA();
+            a->setSelLCF(true);
+            break;
+        case 1:
+            a->setMainMode2DA();
+            a->setSelRA(true);
+            break;
+        case 2:
+            a->setMainMode2DA();
+            a->setSelElems(true);
+            break;
+        case 3:
+            a->setSelSumUp();
+            break;
+        case 4:
+            a->setMainModeProcMaps();
+            break;
+        case 5:
+            a->setMainMode2DA();
+            a->setSelDEdge(true);
+            break;
+        default:
+            break;
+        }
+        break;
+    case ANALYZER_MAIN_MODE:
+        if (i == 0)
+            a->setMainMode2DA();
+        else if (i == 1)
+            a->setMainModeProcMaps();
+        break;
+    case ANALYZER_SUB_MODE:
+        // Each argument after the 0 sets one box, in this order.
+        if (cmd.args.size() >= 2 && i == 0) {
+            void (Analyzer::*const set[])(bool) = {&Analyzer::setSelDEdge, &Analyzer::setSelLCF, &Analyzer::setSelElems,
+                                                   &Analyzer::setSelRA, &Analyzer::setSelFV};
+            for (int k = 1; k < cmd.args.size() && k <= 5; ++k)
+                (a->*set[k - 1])(CmdArgs::toBool(cmd, k));
+        }
+        break;
+    case ANALYZER_SELECT_MAIN_MODE_2DA:
+        a->setMainMode2DA();
+        break;
+    case ANALYZER_SELECT_SUB_MODE_DEDGE:
+        a->setSelDEdge(b);
+        break;
+    case ANALYZER_SELECT_SUB_MODE_LCF:
+        a->setSelLCF(b);
+        break;
+    case ANALYZER_SELECT_SUB_MODE_ELEMS:
+        a->setSelElems(b);
+        break;
+    case ANALYZER_SELECT_SUB_MODE_RA:
+        a->setSelRA(b);
+        break;
+    case ANALYZER_SELECT_MAIN_MODE_PROCMAPS:
+        a->setMainModeProcMaps();
+        break;
+    case ANALYZER_VIEW_NORMALIZE:
+        a->setNormalize(b);
+        break;
+    case ANALYZER_VIEW_ENERUGY_CORRECTION:
+        a->setEnergyCorrection(b);
+        break;
+    case ANALYZER_SELECT_IMAGE:
+        a->selectImage(i);
+        break;
+    case ANALYZER_SET_FIXED_SCALE:
+        a->setFixedScale(b);
+        break;
+    case ANALYZER_SET_SCALE_MAX:
+        a->setDMutScaleMax(d);
+        a->setRatioScaleMax(d);
+        break;
+    case ANALYZER_SET_SCALE_MIN:
+        a->setDMutScaleMin(d);
+        a->setRatioScaleMin(d);
+        break;
+    case ANALYZER_SET_DMUT_SCALE_MAX:
+        a->setDMutScaleMax(d);
+        break;
+    case ANALYZER_SET_DMUT_SCALE_MIN:
+        a->setDMutScaleMin(d);
+        break;
+    case ANALYZER_SET_RATIO_SCALE_MAX:
+        a->setRatioScaleMax(d);
+        break;
+    case ANALYZER_SET_RATIO_SCALE_MIN:
+        a->setRatioScaleMin(d);
+        break;
+    case ANALYZER_DEDGE_SELECT_MODE:
+        if (i == 0 || i == 1)
+            a->setDEdgeMidPoint(i == 0);
+        break;
+    case ANALYZER_DEDGE_SELECT_MODE_MIDP:
+        a->setDEdgeMidPoint(true);
+        break;
+    case ANALYZER_DEDGE_SELECT_MODE_COMP:
+        a->setDEdgeMidPoint(false);
+        break;
+    case ANALYZER_DEDGE_MID_POINT_RATIO:
+        a->setDEdgeMidRatio(d);
+        break;
+    case ANALYZER_DEDGE_COMP_TARGET:
+        if (i == 0 || i == 1)
+            a->setDEdgeCompWithStep(i == 1);
+        break;
+    case ANALZYER_DEDGE_COMP_W_FILE:
+        a->setDEdgeCompWithStep(false);
+        break;
+    case ANALYZER_DEDGE_COMP_FILE_NAME:
+        a->loadDEdgeCompFile(CmdArgs::str(cmd, 0));
+        break;
+    case ANALYZER_DEDGE_COMP_W_STEP:
+        a->setDEdgeCompWithStep(true);
+        break;
+    case ANALYZER_DEDGE_COMP_STEP_PARAMS:
+        a->setDEdgeStepParams(d, CmdArgs::toDouble(cmd, 1), CmdArgs::toDouble(cmd, 2));
+        break;
+    case ANALYZER_DEDGE_COMP_PARAMS:
+        a->setDEdgeCompParams(d, CmdArgs::toDouble(cmd, 1), CmdArgs::toDouble(cmd, 2));
+        break;
+    case ANALYZER_SELECT_IMAGE_TYPE:
+        if (i == 0 || i == 1)
+            a->setImageTypeRatio(i == 0);
+        break;
+    default:
+        break;
+    }
+}
