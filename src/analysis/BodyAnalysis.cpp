@@ -26,6 +26,7 @@ void Body::setupAnalyzer()
     connect(analyzer, &Analyzer::finished, this, &Body::analyzeASpectrumFinished, Qt::DirectConnection);
     connect(analyzer, &Analyzer::askAnalyzeCond, this, &Body::askAnalyzeCond, Qt::DirectConnection);
     connect(analyzer, &Analyzer::changedSelection, this, &Body::showSelectedMap);
+    connect(ui->DeGlitch, &QAbstractButton::toggled, this, &Body::deGlitchToggled);
 }
 
 bool Body::askAnalyzeCond(AnalyzeCond &ac)
@@ -186,6 +187,17 @@ void Body::showSelectedMap()
     if (ui->ShowResAnalysis->isChecked())
         ui->dispA->setShowOverLayer(true);
     ui->dispA->update();
+}
+
+void Body::deGlitchToggled(bool f)
+{
+    Analyzed2DRes *m = analyzer->selectedMap();
+    if (!m)
+        return;
+    if (f)
+        m->deglitch();
+    m->selectProcImg(f);
+    showSelectedMap();
 }
 
 void Body::execAnalyzerCmd(EX_CMD_ID id, const CmdLine &cmd)

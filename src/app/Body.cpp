@@ -1,5 +1,8 @@
 #include "app/Body.h"
 
+#include "analysis/AElemsConds.h"
+#include "analysis/ElemCtrl.h"
+#include "analysis/LCFReference.h"
 #include "app/Globals.h"
 #include "batch/BatchCtrl.h"
 #include "batch/ExCmdId.h"
@@ -76,6 +79,13 @@ void Body::registerMetaTypes()
     qRegisterMetaType<ErrPoints *>("ErrPoints*");
     qRegisterMetaType<XafsSpectrum *>("XafsSpectrum*");
     qRegisterMetaType<AnalyzeCond>("AnalyzeCond");
+    // The panels cross to the worker only as snapshots; the pointer types
+    // are registered under their historical names all the same, the first
+    // with its spelling.
+    qRegisterMetaType<QVector<LCFReference *>>("QVector<LCFReferencd*>");
+    qRegisterMetaType<QVector<ElemCtrl *>>("QVector<ElemCtrl*>");
+    qRegisterMetaType<AElemsConds *>("AElemsConds*");
+    qRegisterMetaType<QList<double> *>("QList<double>*");
 }
 
 void Body::setupForm()

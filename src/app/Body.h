@@ -346,6 +346,9 @@ public slots:
     void setupResAnalysisImage();
     // The Analyzer's chosen map becomes the image area's overlay.
     void showSelectedMap();
+    // "DeGlitch": on, the chosen map is searched for outliers and its
+    // processed copy is shown (and saved); off, its own data again.
+    void deGlitchToggled(bool f);
 
 signals:
     // Declared for compatibility; nothing emits them and nothing listens.
