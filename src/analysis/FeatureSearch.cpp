@@ -27,9 +27,8 @@ FeatureValue analyzeFV(const XafsSpectrum &s, const SuggestElm &se, double elimR
             break;
         }
     }
-    if (start >= b || b == 0)
-        return fv;
 
+    // A start at or past b, or b == 0, searches nothing: the result stands.
     const double limit = fv.e1 + elimReg;
     for (int i = start; i < b; ++i) {
         // Near the end of the list the second value after i is missing: the
