@@ -7,10 +7,11 @@
 namespace {
 
 // Reference j read at the energy E of the sample: its curve at E + dE, plus
-// the curve's own shift should it carry one.
-double refAt(const LcfRefInput &r, const Spectrum &curve, double e)
+// the curve's own shift should it carry one. The sample's energies rise, so
+// each reference is walked rather than searched.
+double refAt(const LcfRefInput &r, const Spectrum &curve, CurveWalker &walker, double e)
 {
-    return curve.interpolateY(r.spectrum.activeShift() + e + curve.activeShift());
+    return walker.at(r.spectrum.activeShift() + e + curve.activeShift());
 }
 
 // Energy of point i of s on the corrected scale of the references.
@@ -29,6 +30,10 @@ void assemble(const XafsSpectrum &s, const QVector<LcfRefInput> &refs,
     double **a = w.a();
     double *b = w.b();
     double *v = w.v();
+    for (int j = 0; j < nRef; ++j) {
+        const XafsSpectrum &r = refs[used[j]].spectrum;
+        w.fitRefs[j].reset(mlcf ? r.doubleNormPost : r.doubleNormPre);
+    }
     for (int i = 0; i < n; ++i) {
         const double e = energyOf(s, i);
         if (!(sE <= e && e <= eE))
@@ -42,13 +47,13 @@ void assemble(const XafsSpectrum &s, const QVector<LcfRefInput> &refs,
             v[1] = e;
             for (int j = 0; j < nRef; ++j) {
                 const LcfRefInput &r = refs[used[j]];
-                v[first + j] = refAt(r, r.spectrum.doubleNormPost, e);
+                v[first + j] = refAt(r, r.spectrum.doubleNormPost, w.fitRefs[j], e);
             }
         } else {
             y = i < nNorm ? s.doubleNormPre.points[i].y() : 0.0;
             for (int j = 0; j < nRef; ++j) {
                 const LcfRefInput &r = refs[used[j]];
-                v[j] = refAt(r, r.spectrum.doubleNormPre, e);
+                v[j] = refAt(r, r.spectrum.doubleNormPre, w.fitRefs[j], e);
             }
         }
         for (int j = 0; j < w.m; ++j) {
@@ -66,8 +71,10 @@ void assemble(const XafsSpectrum &s, const QVector<LcfRefInput> &refs,
 // the number of points of s. The curve lies on the corrected scale while the
 // comparison runs on raw x: a spectrum with an energy offset never fits
 // exactly, and that is how the residual has always been defined.
-double zansa(const XafsSpectrum &s, const XafsSpectrum &fitted, double sE, double eE)
+double zansa(const XafsSpectrum &s, const XafsSpectrum &fitted, double sE, double eE,
+             CurveWalker &walker)
 {
+    walker.reset(fitted);
     const Spectrum &d = s.doubleNormPre;
     const int m = d.points.size();
     double sum = 0.0;
@@ -79,7 +86,7 @@ double zansa(const XafsSpectrum &s, const XafsSpectrum &fitted, double sE, doubl
         const double y = d.points[i].y();
         // A point at exactly 0 cannot give a relative error: it counts as 1.
         const double r = y == 0 ? 1.0
-                                : (fitted.interpolateY(e + fitted.activeShift()) - y) / y;
+                                : (walker.at(e + fitted.activeShift()) - y) / y;
         sum += r * r;
         ++c;
     }
@@ -155,6 +162,8 @@ void analyzeLcf(const XafsSpectrum &s, const QVector<LcfRefInput> &refs, LcfForm
 
     LcfWorkspace &w = out.work;
     w.prepare(mlcf ? nRef + 2 : nRef);
+    w.fitRefs.resize(size_t(nRef));
+    w.curveRefs.resize(size_t(nRef));
     assemble(s, refs, out.usedPanels, mlcf, sE, eE, w);
     // A zero pivot is skipped by the solver and its unknown left as reached;
     // the fit takes those numbers as they are, so the results are not checked.
@@ -195,6 +204,8 @@ void analyzeLcf(const XafsSpectrum &s, const QVector<LcfRefInput> &refs, LcfForm
     // so the curve uses them; in a run the panels keep the ratios of the last
     // single fit, and the curve and z measure the misfit against those.
     // The curve sums doubleNormPre curves for MLCF as well.
+    for (int j = 0; j < nRef; ++j)
+        w.curveRefs[j].reset(refs[out.usedPanels[j]].spectrum.doubleNormPre);
     Spectrum &curve = w.curve;
     curve.reset();
     curve.reserve(s.points.size());
@@ -206,13 +217,13 @@ void analyzeLcf(const XafsSpectrum &s, const QVector<LcfRefInput> &refs, LcfForm
         for (int j = 0; j < nRef; ++j) {
             const LcfRefInput &r = refs[out.usedPanels[j]];
             const double ratio = contAccess ? r.ratio : out.lcfCoefs[j];
-            value += ratio * refAt(r, r.spectrum.doubleNormPre, e);
+            value += ratio * refAt(r, r.spectrum.doubleNormPre, w.curveRefs[j], e);
         }
         curve.addPoint(e, value);
     }
     out.fitted = XafsSpectrum(curve, mlcf ? QStringLiteral("anal-MLCF") : QStringLiteral("anal-LCF"),
                               1, 0, sElm);
-    out.z = zansa(s, out.fitted, sE, eE);
+    out.z = zansa(s, out.fitted, sE, eE, w.fittedWalker);
     out.writePanels = !contAccess;
     out.action = LcfOutcome::Action::NewZAndFinished;
 }

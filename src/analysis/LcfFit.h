@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/CurveWalker.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/SuggestElm.h"
 #include "spectrum/XafsSpectrum.h"
@@ -45,6 +46,11 @@ struct LcfWorkspace
     std::vector<double *> rows; // their row pointers: A, then L, then U
     std::vector<double> vecs;   // b, t, x and the basis values v, each m
     std::vector<int> perm;
+    // One walker per used reference over the curve the fit reads, one over
+    // its doubleNormPre for the fitted curve, one over the fitted curve.
+    std::vector<CurveWalker> fitRefs;
+    std::vector<CurveWalker> curveRefs;
+    CurveWalker fittedWalker;
     Spectrum curve;             // the fitted curve before it is analysed
     int m = 0;
 

@@ -1,9 +1,11 @@
+#include "analysis/CurveWalker.h"
 #include "analysis/LcfFit.h"
 #include "spectrum/LinAlg.h"
 
 #include <QtTest>
 
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 using Values = QVector<double>;
@@ -159,6 +161,8 @@ class TestLcfFit : public QObject
 private slots:
     void fit_data();
     void fit();
+    void walker_data();
+    void walker();
 };
 
 void TestLcfFit::fit_data()
@@ -261,6 +265,36 @@ void TestLcfFit::fit()
     LcfOutcome again = out;
     analyzeLcf(s, r, LcfForm(form), 8890, 9095, SuggestElm(), cont, again);
     QVERIFY(sameList(again.lcfCoefs, out.lcfCoefs) && (same(again.z, out.z)));
+}
+
+void TestLcfFit::walker_data()
+{
+    QTest::addColumn<QString>("grid"); // x,y pairs
+    QTest::addColumn<QString>("xs");   // queries in this order
+    const QString xs = "-5 0 0.3 1 1.7 2.5 2.5 9 0.2 3.99 4 77 nan 1.5";
+    QTest::newRow("rising") << "0,1 1,3 2,2.5 2.5,7 4,-1" << xs;
+    QTest::newRow("uneven, shifted") << "-0.1,0.1 0.7,0.35 1.4,0.2 2.1,0.9 2.8,0.4" << xs;
+    QTest::newRow("repeated x, also at the start") << "0,1 0,2 1,3 1,5 4,-1" << xs;
+    QTest::newRow("falling x") << "4,1 2,3 0,5" << xs;
+    QTest::newRow("one point") << "1,2" << xs;
+    QTest::newRow("empty") << "" << xs;
+}
+
+// The walker must give the interpolation's numbers bit for bit, so that maps
+// do not depend on how a reference was read.
+void TestLcfFit::walker()
+{
+    QFETCH(QString, grid);
+    QFETCH(QString, xs);
+    Spectrum c;
+    for (const QString &p : grid.split(' ', Qt::SkipEmptyParts))
+        c.addPoint(p.section(',', 0, 0).toDouble(), p.section(',', 1).toDouble());
+    CurveWalker w;
+    w.reset(c);
+    for (const QString &q : xs.split(' ')) {
+        const double x = q.toDouble(), a = w.at(x), b = c.interpolateY(x);
+        QVERIFY2(std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b)), qPrintable(q));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestLcfFit)
