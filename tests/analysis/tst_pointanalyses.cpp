@@ -234,9 +234,10 @@ void TestPointAnalyses::feature_data()
     // begins to show in the smoothed curve.
     QTest::newRow("ramp, no feature") << "8900:1 9000:1 9010:2 9100:2" << 9100 << 0.0 << 9000.0 << 1.0 << "0 0 8998";
     QTest::newRow("no rise after") << "8900:1 9000:1 9010:3 9020:2 9100:2" << 9100 << 0.0 << 9000.0 << 1.0 << "- 9011 0";
-    // Smoothed ..., 2.13, 2.09, 2.0625, 2.05 at the end: no rise confirmed,
-    // the value after the last point counts as missing.
-    QTest::newRow("list ends in the rise") << white << 9022 << 0.0 << 9000.0 << 1.0 << "- - 0";
+    // Cut at 9030 and searched beyond 9028.5: the smoothed end 2.4, 2.425,
+    // 2.45 rises at 9029, but the value after the last point is missing and
+    // fails the test.
+    QTest::newRow("list ends in the rise") << white << 9030 << 0.0 << 9000.0 << 17.5 << "- 9011 0";
     // Smoothed 4, 3.5, 3, 2.5, 2: only index 2 may start a fall.
     QTest::newRow("5 points falling") << "9000:5 9004:1" << 9004 << 0.0 << 9000.0 << 0.0 << "- 9002 0";
     // Smoothed 2, 2.5, 2.5, 3, and 2, 2, 2: no double rise, none read past the end.
