@@ -4,6 +4,8 @@
 #include "analysis/AnalyzeProc.h"
 #include "analysis/EdgeAnalysis.h"
 #include "analysis/ElemCtrl.h"
+#include "analysis/ElemNames.h"
+#include "analysis/ElemsCorrelation.h"
 #include "analysis/LCFReference.h"
 #include "app/Globals.h"
 #include "images/XafsFileSelect.h"
@@ -14,6 +16,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QThread>
 
 #include <algorithm>
@@ -50,6 +53,8 @@ Analyzer::Analyzer(QWidget *parent)
     initAnalyzeSpectrum();
     for (int i = 0; i < 4; ++i)
         addNewRef();
+    // The form's threshold is replaced at once: the field never shows it.
+    setCorTh(0.999);
 }
 
 Analyzer::~Analyzer()
@@ -94,6 +99,14 @@ void Analyzer::setupForm()
     fdGroup.add(ui->DEdgeCWFileSelect->fileDialog());
     fdGroup.add(map1Dialog);
     fdGroup.add(map2Dialog);
+    connect(ui->AElemNames, &QLineEdit::editingFinished, this, &Analyzer::newElems);
+    connect(ui->SetSTD, &QPushButton::clicked, this, &Analyzer::setElemsStd);
+    connect(ui->ReCalcCor, &QPushButton::clicked, this, &Analyzer::recalcCorMap);
+    connect(ui->CorTh, &QLineEdit::editingFinished, this, &Analyzer::newCorTh);
+    connect(this, &Analyzer::setNewCorrelation, this, &Analyzer::setCorrelation);
+    const auto showElems = ui->ShowElemsDMut0->group();
+    if (showElems)
+        connect(showElems, &QButtonGroup::buttonClicked, this, &Analyzer::changedSelection);
     setFVEStep();
     setFVElimReg();
 }
@@ -106,8 +119,16 @@ void Analyzer::setupWorker()
     worker = new AnalyzeProc;
     worker->moveToThread(thread);
     connect(thread, &QThread::finished, worker, &QObject::deleteLater);
+    connect(this, &Analyzer::analyzeSpectrum0, worker, &AnalyzeProc::analyzeSpectrum0);
     connect(this, &Analyzer::analyzeSpectrumDEdge0, worker, &AnalyzeProc::analyzeSpectrumDEdge0);
+    connect(this, &Analyzer::analyzeSpectrumElems0, worker, &AnalyzeProc::analyzeSpectrumElems0);
+    connect(this, &Analyzer::analyzeSpectrumRA, worker, &AnalyzeProc::analyzeSpectrumRA);
+    connect(this, &Analyzer::analyzeSpectrumFV, worker, &AnalyzeProc::analyzeSpectrumFV);
     connect(worker, &AnalyzeProc::finished, this, &Analyzer::analyze2DFinished);
+    connect(worker, &AnalyzeProc::finishedAElems, this, &Analyzer::analyze2DElemsFinished);
+    connect(worker, &AnalyzeProc::finishedAFV, this, &Analyzer::analyze2DFVFinished);
+    connect(worker, &AnalyzeProc::lcfForPanels, this, &Analyzer::lcfForPanels);
+    connect(worker, &AnalyzeProc::elemsForPanels, this, &Analyzer::elemsForPanels);
     connect(worker, &AnalyzeProc::newZ, this, &Analyzer::noticedNewZ);
     connect(worker, &AnalyzeProc::newDEdge, this, &Analyzer::noticedNewDEdge);
     connect(ui->AsOldLCF, &QAbstractButton::toggled, worker, &AnalyzeProc::setLcfOld);
@@ -212,9 +233,240 @@ void Analyzer::analyze2DFinished()
         return;
     if (!contAccess)
         xafsView_->update();
+    // The test is on the count before it falls: an extra end signal still
+    // ends the point.
     const int before = pending--;
     if (before <= 1)
         emit finished();
+}
+
+void Analyzer::analyze2DElemsFinished()
+{
+    if (draining)
+        return;
+    if (!contAccess)
+        xafsView_->update();
+    const int before = pending--;
+    if (before <= 1)
+        emit finished();
+}
+
+void Analyzer::analyze2DFVFinished(FeatureValue value)
+{
+    if (draining)
+        return;
+    fv = value;
+    if (!contAccess) {
+        ui->FVdM->setText(g6(fv.dM));
+        ui->FVdE12->setText(g6(fv.e2 - fv.e1));
+        ui->FVE2E1->setText(QStringLiteral("(%1-%2)").arg(fv.e2).arg(fv.e1));
+        xafsView_->update();
+    }
+    const int before = pending--;
+    if (before <= 1)
+        emit finished();
+}
+
+void Analyzer::lcfForPanels(QVector<int> usedPanels, QVector<double> coefs, QVector<double> amps, XafsSpectrum fit)
+{
+    for (int j = 0; j < usedPanels.size() && j < coefs.size() && j < amps.size(); ++j) {
+        if (LCFReference *r = lcfrs.value(usedPanels.at(j))) {
+            r->setRatio(coefs.at(j));
+            r->setAmp(amps.at(j));
+        }
+    }
+    fitted = fit;
+    xafsView_->update();
+}
+
+void Analyzer::elemsForPanels(ElemsOutcome r)
+{
+    elemRawDMut = r.res0;
+    if (!ui->Sel2DAElemA->isChecked())
+        return;
+    // The panels may have been replaced since the spectrum was sent.
+    const int n = std::min<int>(elems.size(), r.elemDMut.size());
+    for (int i = 0; i < n; ++i)
+        elems.at(i)->setResults(r.elemDMut.at(i), r.elemNDMut.at(i), r.elemMutPlus.at(i), r.elemMutMinus.at(i),
+                                r.elemDE.at(i), r.elemROI.at(i), r.elemNROI.at(i));
+    calcCorrelation();
+}
+
+void Analyzer::newElems()
+{
+    if (targetGroup)
+        targetGroup->deleteLater();
+    if (showGroup)
+        showGroup->deleteLater();
+    targetGroup = new QButtonGroup(this);
+    showGroup = new QButtonGroup(this);
+    connect(showGroup, &QButtonGroup::buttonClicked, this, &Analyzer::changedSelection);
+    QLayout *grid = ui->ElemsBase->layout();
+    for (ElemCtrl *e : std::as_const(elems)) {
+        grid->removeWidget(e);
+        e->hide();
+        e->deleteLater();
+    }
+    elems.clear();
+    const QVector<ElemName> names = parseElemNames(ui->AElemNames->text(), ui->SortByANo->isChecked());
+    for (const ElemName &n : names) {
+        auto *e = new ElemCtrl(ui->ElemsBase);
+        e->setElement(n.z, n.edge, n.title);
+        const int row = int(elems.size());
+        elems << e;
+        static_cast<QGridLayout *>(grid)->addWidget(e, row, 0);
+        targetGroup->addButton(e->mainTargetButton(), row);
+        showGroup->addButton(e->showButton(), row);
+    }
+    if (!elems.isEmpty()) {
+        elems.first()->mainTargetButton()->setChecked(true);
+        elems.first()->showButton()->setChecked(true);
+    }
+}
+
+void Analyzer::setTargetElements(QString elements)
+{
+    ui->AElemNames->setText(elements);
+    newElems();
+}
+
+void Analyzer::setElemsStd()
+{
+    for (ElemCtrl *e : std::as_const(elems))
+        e->setStdRatio(e->ratioV);
+    recalcCorMap();
+}
+
+void Analyzer::calcCorrelation()
+{
+    if (elems.isEmpty())
+        return;
+    double cor = correlation;
+    if (::calcCorrelation(elemSnapshot(), cor))
+        emit setNewCorrelation(cor);
+}
+
+void Analyzer::setCorrelation(double cor)
+{
+    if (settingCorrelation)
+        return;
+    settingCorrelation = true;
+    correlation = cor;
+    ui->ElemsCorrelation->setText(g6(cor));
+    const int above = cor > corTh ? 1 : 0;
+    if (above != corAboveTh) {
+        ui->ElemsCorrelation->setStyleSheet(QLatin1String(above ? "background-color: rgb(211, 255, 241);"
+                                                                : "background-color: rgb(176, 192, 192);"));
+        corAboveTh = above;
+    }
+    settingCorrelation = false;
+}
+
+void Analyzer::newCorTh()
+{
+    setCorTh(ui->CorTh->text().toDouble());
+}
+
+void Analyzer::setCorTh(double th)
+{
+    ui->CorTh->setText(g6(th));
+    corTh = th;
+    recalcCorMap();
+}
+
+void Analyzer::recalcCorMap()
+{
+    AnalyzeCond c = elemsCorMap.cond;
+    c.restart();
+    const QVector<ElemCond> conds = elemSnapshot();
+    QVector<double> v(elems.size());
+    QVector<CorStep> steps;
+    do {
+        if (c.newLine)
+            setProgress(double(c.iy - c.yStart) / double(c.yEnd - c.yStart) * 100.0);
+        for (int i = 0; i < elems.size(); ++i)
+            v[i] = elems.at(i)->maps.at(1)->valueAt(c.ix, c.iy);
+        pointCorrelation(v, conds, corTh, steps);
+        for (const CorStep &st : std::as_const(steps)) {
+            elemsCorMap.setData(c.ix, c.iy, c.binX, c.binY, st.cor);
+            elemsCorThMap.setData(c.ix, c.iy, c.binX, c.binY, st.corTh);
+        }
+    } while (c.next());
+    setProgress(100.0);
+    elemsCorMap.genImg();
+    elemsCorThMap.genImg();
+    emit changedSelection();
+}
+
+QList<ElemCtrl *> Analyzer::elemsNamed(const QString &name) const
+{
+    QList<ElemCtrl *> out;
+    for (ElemCtrl *e : elems)
+        if (e->name() == name)
+            out << e;
+    return out;
+}
+
+void Analyzer::selectTargetElement(const QString &name)
+{
+    for (ElemCtrl *e : elemsNamed(name))
+        e->mainTargetButton()->setChecked(true);
+}
+
+void Analyzer::selectShownElement(const QString &name)
+{
+    for (ElemCtrl *e : elemsNamed(name))
+        e->showButton()->setChecked(true);
+}
+
+void Analyzer::setElemsSortByAN(bool f)
+{
+    ui->SortByANo->setChecked(f);
+}
+
+void Analyzer::setElemsDE(double dE)
+{
+    for (ElemCtrl *e : std::as_const(elems))
+        e->setPrePostDE(dE);
+}
+
+void Analyzer::setElemsDispMode(int mode)
+{
+    QAbstractButton *const buttons[] = {ui->ShowElemsDMut0,    ui->ShowElemsDMutN,     ui->ShowElemsCorr,
+                                        ui->ShowElemsCorrTh,   ui->ShowElemsMutPlus,   ui->ShowElemsMutMinus,
+                                        ui->ShowElemsDE,       ui->ShowElemsROI,       ui->ShowElemsNROI};
+    if (mode >= 0 && mode < 9)
+        buttons[mode]->setChecked(true);
+    emit changedSelection();
+}
+
+void Analyzer::setElemUse(const QString &name, bool f)
+{
+    for (ElemCtrl *e : elemsNamed(name))
+        e->setUse(f);
+}
+
+void Analyzer::setElemROI(const QString &name, double s, double e)
+{
+    for (ElemCtrl *c : elemsNamed(name))
+        c->setROI(s, e);
+}
+
+void Analyzer::setElemThDMut(const QString &name, double th)
+{
+    for (ElemCtrl *e : elemsNamed(name))
+        e->setThDMut(th);
+}
+
+void Analyzer::setElemNoNeg(const QString &name, bool f)
+{
+    for (ElemCtrl *e : elemsNamed(name))
+        e->setNoNeg(f);
+}
+
+AElemsConds *Analyzer::elemsConds() const
+{
+    return ui->AElemsCds;
 }
 
 void Analyzer::selectedNewRef(int)
@@ -462,9 +714,53 @@ void Analyzer::analyzeSpectrum(const XafsSpectrum &s, SuggestElm elm)
     if (!ui->Sel2DA->isChecked())
         return;
     pending = int(selLCF()) + int(selDEdge()) + int(selElems()) + int(selRA()) + int(selFV());
+    // The order is fixed: the worker answers in it.
+    if (selLCF()) {
+        // The range and the model are read at every point, unlike the
+        // snapshot of the run's other parameters.
+        const double r1 = ui->LCFRange1->text().toDouble();
+        const double r2 = ui->LCFRange2->text().toDouble();
+        emit analyzeSpectrum0(limitedSpectrum(s, r1, r2), lcfSnapshot(), ui->MLCF->isChecked(), r1, r2, sElm);
+    }
     if (selDEdge())
         emit analyzeSpectrumDEdge0(s, sElm, dEdgeIsMid, dEdgeMidRatio, dEdgeRef, dEdgeCWRange * 0.5, dEdgeCWInit,
                                    dEdgeCWMin);
+    if (selElems())
+        emit analyzeSpectrumElems0(s, elemSnapshot(), elemsBgSnapshot(), mainTarget());
+    if (selRA())
+        emit analyzeSpectrumRA(s, raFactor, raAtEV);
+    if (selFV())
+        emit analyzeSpectrumFV(s, sElm, std::max(0.01, fvEStep), fvElimReg, contAccess);
+}
+
+QVector<LcfRefInput> Analyzer::lcfSnapshot() const
+{
+    QVector<LcfRefInput> refs;
+    refs.reserve(lcfrs.size());
+    for (const LCFReference *r : lcfrs)
+        refs.append({r->spectrum, r->inUse(), r->ratio});
+    return refs;
+}
+
+QVector<ElemCond> Analyzer::elemSnapshot() const
+{
+    QVector<ElemCond> conds;
+    conds.reserve(elems.size());
+    for (const ElemCtrl *e : elems)
+        conds.append({e->eng(), e->prePostDE(), e->roiS(), e->roiE(), e->thDMut(), e->noNeg(), e->isUsed(), e->ratioV,
+                      e->stdRatio});
+    return conds;
+}
+
+ElemsBg Analyzer::elemsBgSnapshot() const
+{
+    const AElemsConds *c = ui->AElemsCds;
+    return {c->bgvDMut(), c->bgvDE(), c->bgvROI()};
+}
+
+int Analyzer::mainTarget() const
+{
+    return targetGroup ? targetGroup->checkedId() : 0;
 }
 
 void Analyzer::reAnalyzeSpectrum()

@@ -2,6 +2,10 @@
 
 #include "analysis/AnalyzeCond.h"
 #include "analysis/Analyzed2DRes.h"
+#include "analysis/ElemsAnalysis.h"
+#include "analysis/FeatureValue.h"
+#include "analysis/FeatureValueLists.h"
+#include "analysis/LcfFit.h"
 #include "images/FDGroup.h"
 #include "spectrum/SuggestElm.h"
 #include "spectrum/XafsSpectrum.h"
@@ -92,6 +96,8 @@ public:
     Analyzed2DRes elemsCorMap{QStringLiteral("a2d ElemsCor")};
     Analyzed2DRes elemsCorThMap{QStringLiteral("a2d ElemsCorTh")};
     Analyzed2DRes fvMap{QStringLiteral("a2d FV")};
+    FeatureValueLists fvLists;
+    FeatureValue fv;
     double fvEStep = 0.01;
     double fvElimReg = 1;
     Analyzed2DRes sumUpMap{QStringLiteral("Sum Up Img")};
@@ -110,11 +116,25 @@ public:
     double dEdgeCWInit = 1;
     double dEdgeCWMin = 0.1;
 
+    // The snapshots the worker gets at each point, read from the panels as
+    // they stand: the references, the elements' conditions and ratios, the
+    // background values.
+    QVector<LcfRefInput> lcfSnapshot() const;
+    QVector<ElemCond> elemSnapshot() const;
+    ElemsBg elemsBgSnapshot() const;
+    // The index of the element whose "Target" is checked, 0 without one.
+    int mainTarget() const;
+
 signals:
     void askAnalyze();
     void askGenDEdgeMap(); // declared for compatibility; nothing emits it
     void analyzeSpectrumDEdge0(XafsSpectrum s, SuggestElm sElm, bool isMidPoint, double midRatio, XafsSpectrum ref,
                                double cwRangeEV, double cwInitDEeV, double cwMinDEeV);
+    void analyzeSpectrum0(XafsSpectrum s, QVector<LcfRefInput> refs, bool isMLCF, double sE0, double eE0,
+                          SuggestElm sElm);
+    void analyzeSpectrumElems0(XafsSpectrum s, QVector<ElemCond> elems, ElemsBg bg, int mainT);
+    void analyzeSpectrumRA(XafsSpectrum s, double raFactor, double atEV);
+    void analyzeSpectrumFV(XafsSpectrum s, SuggestElm se, double eStep, double elimReg, bool contAccess);
     void finished();
     void changedSelection();
     void setNewCorrelation(double cor);
@@ -125,6 +145,31 @@ signals:
 public slots:
     void addNewRef();
     void analyze2DFinished();
+    void analyze2DElemsFinished();
+    void analyze2DFVFinished(FeatureValue fv);
+    // A single spectrum's fit and element results reach the panels.
+    void lcfForPanels(QVector<int> usedPanels, QVector<double> coefs, QVector<double> amps, XafsSpectrum fit);
+    void elemsForPanels(ElemsOutcome results);
+    void newElems();
+    void setElemsStd();
+    void calcCorrelation();
+    void recalcCorMap();
+    void newCorTh();
+    void setCorTh(double th);
+    void setCorrelation(double cor);
+    void setTargetElements(QString elements);
+    // Batch setters of the element panels, by the panel's name (none when no
+    // panel bears it).
+    void selectTargetElement(const QString &name);
+    void selectShownElement(const QString &name);
+    void setElemsSortByAN(bool f);
+    void setElemsDE(double dE);
+    void setElemsDispMode(int mode);
+    void setElemUse(const QString &name, bool f);
+    void setElemROI(const QString &name, double s, double e);
+    void setElemThDMut(const QString &name, double th);
+    void setElemNoNeg(const QString &name, bool f);
+    AElemsConds *elemsConds() const;
     void selectedNewRef(int i);
     void colorScaleChanged();
     void processMaps();
@@ -192,4 +237,8 @@ private:
     QThread *thread = nullptr;
     AnalyzeProc *worker = nullptr;
     bool draining = false;
+    bool settingCorrelation = false;
+    // The correlation field's colour: above the threshold or not, -1 unset.
+    int corAboveTh = -1;
+    QList<ElemCtrl *> elemsNamed(const QString &name) const;
 };

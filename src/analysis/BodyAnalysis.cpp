@@ -6,6 +6,7 @@
 
 #include "analysis/AnalyzeProc.h"
 #include "analysis/Analyzed2DRes.h"
+#include "analysis/AElemsConds.h"
 #include "analysis/Analyzer.h"
 #include "analysis/ElemCtrl.h"
 #include "analysis/LCFReference.h"
@@ -93,6 +94,7 @@ void Body::start2DAnalysis()
         take(raRatioMap);
     }
     if (analyzer->selFV()) {
+        analyzer->fvLists.clear();
         fvMap = &analyzer->fvMap;
         take(fvMap);
     }
@@ -162,14 +164,79 @@ void Body::recordResForAPoint()
     const int iy = analyzeCond.iy;
     const int bx = analyzeCond.binX;
     const int by = analyzeCond.binY;
+    if (analyzer->selLCF()) {
+        // The worker's lists hold one entry per panel in use, in panel order.
+        int k = 0;
+        for (LCFReference *r : std::as_const(analyzer->lcfrs)) {
+            if (!r->inUse())
+                continue;
+            if (k < w->lcfAmps.size() && k < w->lcfCoefs.size()) {
+                r->maps.at(0)->setData(ix, iy, bx, by, w->lcfAmps.at(k));
+                r->maps.at(1)->setData(ix, iy, bx, by, w->lcfCoefs.at(k));
+            }
+            ++k;
+        }
+        analyzer->zansaMap.setData(ix, iy, bx, by, w->z);
+    }
     if (analyzer->selDEdge())
         analyzer->dEdgeMap.setData(ix, iy, bx, by, w->dEdge);
+    if (analyzer->selElems()) {
+        const QList<double> *lists[ElemCtrl::MapKinds] = {&w->elemDMut,     &w->elemNDMut, &w->elemMutPlus,
+                                                          &w->elemMutMinus, &w->elemDE,    &w->elemROI,
+                                                          &w->elemNROI};
+        for (int j = 0; j < analyzer->elems.size(); ++j)
+            for (int kind = 0; kind < ElemCtrl::MapKinds; ++kind)
+                if (j < lists[kind]->size())
+                    analyzer->elems.at(j)->maps.at(kind)->setData(ix, iy, bx, by, lists[kind]->at(j));
+        // During a run nothing refreshes the correlation: these two maps are
+        // constant until they are recalculated from the element maps.
+        const double c = analyzer->correlation;
+        analyzer->elemsCorMap.setData(ix, iy, bx, by, c);
+        analyzer->elemsCorThMap.setData(ix, iy, bx, by, c < analyzer->corTh ? 0.0 : c);
+    }
+    if (analyzer->selRA()) {
+        analyzer->raDMutMap.setData(ix, iy, bx, by, w->raDMut);
+        analyzer->raRestMap.setData(ix, iy, bx, by, w->raRest);
+    }
+    if (analyzer->selFV())
+        analyzer->fvLists.record(analyzer->fv);
 }
 
 void Body::generateResImages()
 {
+    if (analyzer->selLCF()) {
+        for (Analyzed2DRes *m : std::as_const(lcfMaps))
+            if (m)
+                m->genImg();
+        analyzer->zansaMap.genImg();
+    }
     if (analyzer->selDEdge())
         analyzer->dEdgeMap.genImg();
+    if (analyzer->selElems()) {
+        for (Analyzed2DRes *m : std::as_const(elemMaps))
+            if (m)
+                m->genImg();
+    }
+    if (analyzer->selRA()) {
+        // The ratio is made from the whole maps, not at the points: m, the
+        // smallest rest anywhere (unwritten pixels' 0 included), moves the
+        // rest to be positive.
+        const Analyzed2DRes &rest = analyzer->raRestMap;
+        const Analyzed2DRes &dmut = analyzer->raDMutMap;
+        Analyzed2DRes &ratio = analyzer->raRatioMap;
+        double m = 1e300;
+        for (double v : rest.data)
+            if (v < m)
+                m = v;
+        for (int y = 0; y < rest.height(); ++y)
+            for (int x = 0; x < rest.width(); ++x) {
+                const double r = rest.valueAt(x, y) - m;
+                ratio.setData(x, y, 0, 0, r / (dmut.valueAt(x, y) + r));
+            }
+        analyzer->raDMutMap.genImg();
+        analyzer->raRestMap.genImg();
+        analyzer->raRatioMap.genImg();
+    }
     showSelectedMap();
 }
 
@@ -338,6 +405,77 @@ void Body::execAnalyzerCmd(EX_CMD_ID id, const CmdLine &cmd)
     case ANALYZER_SELECT_IMAGE_TYPE:
         if (i == 0 || i == 1)
             a->setImageTypeRatio(i == 0);
+        break;
+    case ANALYZER_SET_LCF_STD:
+        a->setLCFStd(i, CmdArgs::toBool(cmd, 1), CmdArgs::toDouble(cmd, 2), CmdArgs::str(cmd, 3), CmdArgs::str(cmd, 4));
+        break;
+    case ANALYZER_SET_LCF_MODE:
+    case ANALYZER_SET_MLCF:
+        a->setLCFMode(b ? 1 : 0);
+        break;
+    case ANALYZER_SET_LCF_AS_OLD:
+        a->setLCFAsOld(b);
+        break;
+    case ANALYZER_SET_LCF_RANGE:
+        a->setLCFRange(d, CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_TARGET_ELEMENTS:
+        a->setTargetElements(CmdArgs::str(cmd, 0));
+        break;
+    case ANALYZER_ELEMS_SELECT_TARGET:
+        a->selectTargetElement(CmdArgs::str(cmd, 0));
+        dispImgSelected(true);
+        break;
+    case ANALYZER_ELEMS_SORT_BY_AN:
+        a->setElemsSortByAN(b);
+        break;
+    case ANALYZER_ELEMS_SELECT_SHOW:
+        a->selectShownElement(CmdArgs::str(cmd, 0));
+        dispImgSelected(true);
+        break;
+    case ANALYZER_ELEMS_SET_DEVS:
+        a->setElemsDE(d);
+        break;
+    case ANALYZER_ELEMS_SET_CORR_TH:
+        a->setCorTh(d);
+        break;
+    case ANALYZER_ELEMS_SELECT_DISP_MODE:
+        a->setElemsDispMode(i);
+        break;
+    case ANALYZER_ELEMS_SET_USE:
+        a->setElemUse(CmdArgs::str(cmd, 0), CmdArgs::toBool(cmd, 1));
+        break;
+    case ANALYZER_ELEMS_ROI:
+        a->setElemROI(CmdArgs::str(cmd, 0), CmdArgs::toDouble(cmd, 1), CmdArgs::toDouble(cmd, 2));
+        break;
+    case ANALYZER_ELEMS_THDMUT:
+        a->setElemThDMut(CmdArgs::str(cmd, 0), CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_ELEMS_NO_NEG:
+        a->setElemNoNeg(CmdArgs::str(cmd, 0), CmdArgs::toBool(cmd, 1));
+        break;
+    // The background values: the element's name is read past, as it has
+    // always been; the value is the second argument.
+    case ANALYZER_ELEMS_BG_DMUT:
+        a->elemsConds()->setBGVDMut(CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_ELEMS_BG_DMUTR:
+        a->elemsConds()->setBGVDMutR(CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_ELEMS_BG_DE:
+        a->elemsConds()->setBGVDE(CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_ELEMS_BG_ROI:
+        a->elemsConds()->setBGVROI(CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_ELEMS_BG_NROI:
+        a->elemsConds()->setBGVNROI(CmdArgs::toDouble(cmd, 1));
+        break;
+    case ANALYZER_SET_RA_ENERGY:
+        a->setRaEnergy(d);
+        break;
+    case ANALYZER_SET_RA_FACTOR:
+        a->setRaFactor(d);
         break;
     default:
         break;

@@ -2,6 +2,7 @@
 
 #include "spectrum/XafsSpectrum.h"
 
+#include <QMetaType>
 #include <QVector>
 
 // One element panel as the element analysis and the correlation read it,
@@ -47,3 +48,7 @@ struct ElemsOutcome
 // mainT is the index of the target element; one outside the list counts as 0.
 void analyzeElems(const XafsSpectrum &s, const QVector<ElemCond> &conds, const ElemsBg &bg,
                   int mainT, ElemsOutcome &out);
+
+Q_DECLARE_METATYPE(ElemCond)
+Q_DECLARE_METATYPE(ElemsBg)
+Q_DECLARE_METATYPE(ElemsOutcome)

@@ -5,6 +5,7 @@
 #include "spectrum/SuggestElm.h"
 #include "spectrum/XafsSpectrum.h"
 
+#include <QMetaType>
 #include <QVector>
 
 #include <vector>
@@ -106,3 +107,5 @@ XafsSpectrum limitedSpectrum(const XafsSpectrum &point, double r1, double r2);
 void analyzeLcf(const XafsSpectrum &s, const QVector<LcfRefInput> &refs, LcfForm form,
                 double sE0, double eE0, const SuggestElm &sElm, bool contAccess,
                 LcfOutcome &out);
+
+Q_DECLARE_METATYPE(LcfRefInput)

@@ -2,6 +2,9 @@
 
 #include "analysis/AElemsConds.h"
 #include "analysis/ElemCtrl.h"
+#include "analysis/ElemsAnalysis.h"
+#include "analysis/FeatureValue.h"
+#include "analysis/LcfFit.h"
 #include "analysis/LCFReference.h"
 #include "app/Globals.h"
 #include "batch/BatchCtrl.h"
@@ -86,6 +89,11 @@ void Body::registerMetaTypes()
     qRegisterMetaType<QVector<ElemCtrl *>>("QVector<ElemCtrl*>");
     qRegisterMetaType<AElemsConds *>("AElemsConds*");
     qRegisterMetaType<QList<double> *>("QList<double>*");
+    qRegisterMetaType<FeatureValue>("FeatureValue");
+    qRegisterMetaType<QVector<LcfRefInput>>("QVector<LcfRefInput>");
+    qRegisterMetaType<QVector<ElemCond>>("QVector<ElemCond>");
+    qRegisterMetaType<ElemsBg>("ElemsBg");
+    qRegisterMetaType<ElemsOutcome>("ElemsOutcome");
 }
 
 void Body::setupForm()

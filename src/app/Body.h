@@ -12,6 +12,7 @@
 #include "view/DrawText.h"
 
 #include <QButtonGroup>
+#include <QPointer>
 #include <QMainWindow>
 #include <QStringList>
 #include <QVector>
@@ -367,8 +368,10 @@ private:
     bool running2D = false;
     AnalyzeCond analyzeCond;
     // Pointers into the Analyzer's and its panels' maps, for one run.
-    QList<Analyzed2DRes *> lcfMaps;
-    QList<Analyzed2DRes *> elemMaps;
+    // Guarded: a new element list replaces the panels and their maps, even
+    // during a run.
+    QList<QPointer<Analyzed2DRes>> lcfMaps;
+    QList<QPointer<Analyzed2DRes>> elemMaps;
     Analyzed2DRes *raDMutMap = nullptr;
     Analyzed2DRes *raRestMap = nullptr;
     Analyzed2DRes *raRatioMap = nullptr;
