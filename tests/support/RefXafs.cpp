@@ -9,8 +9,12 @@ namespace {
 // meeting itself at the end with equal value and slope.
 double bent(const RefLine &me, const RefLine &other, double end, bool inside, double x)
 {
-    if (inside || !(me.b > other.b))
+    if (inside)
         return me.at(x);
+    // A line no steeper than the other keeps a rational term of 0 / x: the
+    // line itself, and NaN exactly at x = 0.
+    if (!(me.b > other.b))
+        return me.at(x) + 0.0 / x;
     const double dS = other.b - me.b, dB = other.a - me.a, g = dS * end + dB;
     return other.at(x) + (g * g / dS) / (x - (2 * dS * end + dB) / dS);
 }
