@@ -2,6 +2,7 @@
 
 #include "analysis/AnalyzeCond.h"
 #include "analysis/Analyzed2DRes.h"
+#include "calibration/EMPHeader.h"
 #include "images/FDGroup.h"
 #include "spectrum/SuggestElm.h"
 #include "spectrum/XafsSpectrum.h"
@@ -121,6 +122,9 @@ signals:
     void askSumUp();
     void askAnalyzeCond(AnalyzeCond &ac);
     void showAnalyzer2();
+    // Reads an energy map file into map (Body, directly); empH.valid then
+    // says whether it was taken.
+    void loadMap(QString fname, Analyzed2DRes &map, EMPHeader &empH);
 
 public slots:
     void addNewRef();
