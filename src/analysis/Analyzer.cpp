@@ -89,6 +89,18 @@ void Analyzer::setupForm()
     connect(ui->FVElimReg, &QLineEdit::editingFinished, this, &Analyzer::setFVElimReg);
     connect(ui->SelMap1, &QPushButton::clicked, map1Dialog, &QWidget::show);
     connect(ui->SelMap2, &QPushButton::clicked, map2Dialog, &QWidget::show);
+    connect(map1Dialog, &QFileDialog::fileSelected, this, [this](const QString &fname) {
+        EMPHeader header;
+        emit loadMap(fname, map1, header);
+        if (header.valid)
+            ui->Map1Name->setText(fname);
+    });
+    connect(map2Dialog, &QFileDialog::fileSelected, this, [this](const QString &fname) {
+        EMPHeader header;
+        emit loadMap(fname, map2, header);
+        if (header.valid)
+            ui->Map2Name->setText(fname);
+    });
     connect(ui->AskProcessMaps, &QPushButton::clicked, this, &Analyzer::processMaps);
     connect(ui->CaptureAsMap1, &QPushButton::clicked, this, &Analyzer::captureAsMap1);
     connect(ui->CaptureAsMap2, &QPushButton::clicked, this, &Analyzer::captureAsMap2);

@@ -6,6 +6,7 @@
 #include "analysis/FeatureValue.h"
 #include "analysis/FeatureValueLists.h"
 #include "analysis/LcfFit.h"
+#include "calibration/EMPHeader.h"
 #include "images/FDGroup.h"
 #include "spectrum/SuggestElm.h"
 #include "spectrum/XafsSpectrum.h"
@@ -141,6 +142,9 @@ signals:
     void askSumUp();
     void askAnalyzeCond(AnalyzeCond &ac);
     void showAnalyzer2();
+    // Reads an energy map file into map (Body, directly); empH.valid then
+    // says whether it was taken.
+    void loadMap(QString fname, Analyzed2DRes &map, EMPHeader &empH);
 
 public slots:
     void addNewRef();

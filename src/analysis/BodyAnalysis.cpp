@@ -28,6 +28,8 @@ void Body::setupAnalyzer()
     connect(analyzer, &Analyzer::askAnalyzeCond, this, &Body::askAnalyzeCond, Qt::DirectConnection);
     connect(analyzer, &Analyzer::changedSelection, this, &Body::showSelectedMap);
     connect(ui->DeGlitch, &QAbstractButton::toggled, this, &Body::deGlitchToggled);
+    // Direct: the header tells the Analyzer whether the file was taken.
+    connect(analyzer, &Analyzer::loadMap, this, &Body::loadMap, Qt::DirectConnection);
 }
 
 bool Body::askAnalyzeCond(AnalyzeCond &ac)
@@ -115,21 +117,16 @@ void Body::stop2DAnalysis()
 
 double Body::pointEShift(int ix, int iy) const
 {
-    Q_UNUSED(ix);
-    Q_UNUSED(iy);
-    // No energy-shift map exists yet: every point is read unshifted.
-    return 0.0;
+    return eShiftAt(imgX0 + ix - calibOffX, imgY0 + iy - calibOffY);
 }
 
 void Body::analyzeAPoint(AnalyzeCond &ac)
 {
     const double shift = pointEShift(ac.ix, ac.iy);
     const SuggestElm sElm = suggestElm();
-    // Straight background lines: the calibration window's choice of the
-    // point's line type arrives with that window.
-    const int lineType = 1;
+    // The line type is the calibration window's choice for a point.
     const XafsSpectrum s(absorptionSpectrum(ac.ix, ac.iy, viewHalfWidth(), viewHalfHeight()),
-                         QStringLiteral("Body-AaP"), lineType, shift, sElm);
+                         QStringLiteral("Body-AaP"), targetLineType(), shift, sElm);
     analyzer->analyzeSpectrum(s, sElm);
 }
 
@@ -249,7 +246,9 @@ void Body::setupResAnalysisImage()
 void Body::showSelectedMap()
 {
     // The image area takes the Analyzer's choice; it is on show while
-    // "Res. Analysis" is checked.
+    // "Res. Analysis" is checked. The shift map on show stays.
+    if (ui->ShowShiftMap->isChecked())
+        return;
     ui->dispA->overLayer = analyzer->selectedMap();
     if (ui->ShowResAnalysis->isChecked())
         ui->dispA->setShowOverLayer(true);

@@ -43,6 +43,7 @@ Body::Body(QWidget *parent)
     setupLoading();
     setupAbsorption();
     setupNavigation();
+    setupCalib();
     setupAnalyzer();
     setupAnalyzer2();
     setupSaving();

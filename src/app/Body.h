@@ -389,4 +389,62 @@ private:
     // The batch commands of saving and of the save configuration.
     void execSaveCmd(EX_CMD_ID id, const CmdLine &cmd);
     SaveDataCfg *saveDataCfg = nullptr;
+
+    // Calibration (src/calibration/BodyCalib.cpp): the energy-shift map. A
+    // walk over the area compares each point's spectrum with a standard and
+    // records the shift; the map is saved to and loaded from .emp files,
+    // cleaned of outliers, and read per pixel by every spectrum (under the
+    // pointer, in runs). CalibCtrl and EMPHeader are named here with their
+    // class keys, which declares them at namespace scope.
+public:
+    // The shift at map pixel (mx, my): the map's value there, or with "Q.S.
+    // Fitted" its fitted surface's; 0 off the map.
+    double eShiftAt(int mx, int my) const;
+    // Reads an .emp file into map; finishBatchExec(142) on every path. A
+    // file that can't be opened, an invalid header, or a size that the file
+    // can't hold changes neither the map nor the fields.
+    void loadMap(QString fname, Analyzed2DRes &map, struct EMPHeader &empH);
+    // The suffix is forced to emp; a file that can't be opened is logged.
+    void saveEMap(QString fname, const Analyzed2DRes &map);
+
+public slots:
+    void newStdFile();
+    // A toggle: during a run it stops the run (no statistics then).
+    void execCalibration();
+    void calibNextPoint();
+    void finishCalib();
+    void clearShiftMap();
+    void saveEMap(QString fname);
+    void loadEMap(QString fname);
+    // Outliers of the shift map (by 40 eV about its mean) are replaced.
+    void normalizeEShift();
+
+signals:
+    // Queued to the slot of the same name: one point per turn of the loop.
+    void doCalibNextPoint();
+    void doFinishCalib();
+    void calibProgress(double p);
+
+private:
+    void setupCalib();
+    void execCalibCmd(EX_CMD_ID id, const CmdLine &cmd);
+    // The selected area, or the view without a selection.
+    QRectF calibArea() const;
+    // Line type of a point's spectrum: 0 Victoreen, 1 straight.
+    int targetLineType() const;
+    // "Eng. Shift" is on and the map has data: the colour bar recolours it.
+    bool shiftMapFollowsColorBar() const;
+    class CalibCtrl *calibCtrl = nullptr;
+    Analyzed2DRes *shiftMap = nullptr; // a child of this window
+    bool calibrating = false;
+    AnalyzeCond cursor;
+    XafsSpectrum calibStd;
+    double deMin = 1e300;
+    double deMax = -1e300;
+    double deSum = 0;
+    double deSqSum = 0;
+    int nPoints = 0;
+    // The frame offsets for which the shift map was made.
+    int calibOffX = 0;
+    int calibOffY = 0;
 };

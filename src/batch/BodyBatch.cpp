@@ -300,6 +300,23 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         execAnalyzerCmd(id, cmd);
         break;
 
+    // Calibration and the energy-shift map. calib_load_map answers from
+    // within the load, on every path; calib_exec only starts the run, and
+    // the lines after it run while it proceeds.
+    case SELECT_QS_FITTED_ESHIFT:
+    case CALIB_SHOW_WINDOW:
+    case CALIB_LOAD_STD:
+    case CALIB_SET_EDGE_EV:
+    case CALIB_EXEC:
+    case CALIB_CLEAR_MAP:
+    case CALIB_SAVE_MAP:
+    case CALIB_TYPE:
+        execCalibCmd(id, cmd);
+        break;
+    case CALIB_LOAD_MAP:
+        loadEMap(CmdArgs::str(cmd, 0));
+        return;
+
     // Saving the map on display and the save configuration.
     case SAVE_DATA:
     case SAVE_DATA_AS_TIFF:

@@ -61,8 +61,8 @@ int Body::viewHalfHeight() const
 
 double Body::currentEShift() const
 {
-    // No energy-shift map exists yet, so no pixel is shifted.
-    return 0.0;
+    // The map is in detector pixels of the frames it was made with.
+    return eShiftAt(imgX0 + curX - calibOffX, imgY0 + curY - calibOffY);
 }
 
 void Body::showXafsSpectrum(double x, double y)
@@ -81,10 +81,7 @@ void Body::showXafsSpectrum()
     const double dE = currentEShift();
     const int hw = viewHalfWidth();
     const int vw = viewHalfHeight();
-    // Straight lines: the calibration window's Victoreen choice does not
-    // exist yet.
-    const int lineType = 1;
-    const XafsSpectrum x(absorptionSpectrum(curX, curY, hw, vw), QStringLiteral("body-show"), lineType, dE,
+    const XafsSpectrum x(absorptionSpectrum(curX, curY, hw, vw), QStringLiteral("body-show"), targetLineType(), dE,
                          suggestElm());
     const double e = xafsView->setTarget(x);
     // The analysis window sees the same spectrum, analysed as a single one;

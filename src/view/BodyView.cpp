@@ -4,6 +4,7 @@
 // views.
 #include "app/Body.h"
 
+#include "analysis/Analyzed2DRes.h"
 #include "app/Globals.h"
 #include "batch/CmdArgs.h"
 #include "images/SelectDataFiles.h"
@@ -127,7 +128,12 @@ void Body::dispImgSelected(bool checked)
         showData(shownPanel()->currentIndex());
     else if (ui->ShowResAnalysis->isChecked())
         showSelectedMap();
-    // The energy-shift map is laid over the image here once it exists.
+    else if (ui->ShowShiftMap->isChecked()) {
+        // A map without an image yet leaves the frame on show.
+        ui->dispA->overLayer = shiftMap;
+        ui->dispA->setShowOverLayer(true);
+        ui->dispA->update();
+    }
 }
 
 void Body::selAreaFull()
@@ -146,16 +152,17 @@ bool Body::framesFollowColorBar() const
 {
     // What the bar recolours, in this order: the shift map when it is shown
     // and has data, the analysis map when it is shown, else the current
-    // stack's frames. No shift map has data yet, so with "Eng. Shift" on the
-    // frames still follow the bar.
-    return !ui->ShowResAnalysis->isChecked();
+    // stack's frames. So with "Eng. Shift" on and no map the frames follow.
+    return !shiftMapFollowsColorBar() && !ui->ShowResAnalysis->isChecked();
 }
 
 void Body::cBarUpdating()
 {
     // While an end is dragged only the current frame follows, so that the
     // drag stays smooth on a stack of hundreds of frames.
-    if (framesFollowColorBar()) {
+    if (shiftMapFollowsColorBar()) {
+        shiftMap->genImg();
+    } else if (framesFollowColorBar()) {
         const int idx = shownPanel()->currentIndex();
         if (idx >= 0 && idx < shownFrames().size())
             shownFrames().at(idx)->render();
@@ -168,7 +175,9 @@ void Body::cBarUpdating()
 void Body::cBarUpdated()
 {
     qDebug().noquote() << "cBarUpdated" << ui->CBar->lo() << ui->CBar->hi();
-    if (!framesFollowColorBar()) {
+    if (shiftMapFollowsColorBar()) {
+        shiftMap->genImg();
+    } else if (!framesFollowColorBar()) {
         setupResAnalysisImage();
     } else {
         const int idx = shownPanel()->currentIndex();
