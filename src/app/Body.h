@@ -447,4 +447,34 @@ private:
     // The frame offsets for which the shift map was made.
     int calibOffX = 0;
     int calibOffY = 0;
+
+    // Saving pictures and spectra (src/saving/BodySavePictures.cpp,
+    // src/saving/BodySaveSpectra.cpp): the shown image with its colour bar
+    // and its view, every map of the reference rows, the image area as on
+    // screen, the neutral flat and dark frames, and the spectrum of every
+    // point of the analysis area as one table. Pictures take their format
+    // from the suffix; a save that fails is logged and nothing else changes.
+public slots:
+    void saveImage(QString fname);
+    void saveImageInfo(QString fname);
+    void saveImageWNum(QString fname, QString num);
+    void saveAllImages(QString fname);
+    void saveScreenAs(QString fname);
+    void saveFlatDark();
+    // The spectrum view saved a spectrum file: the file is announced.
+    void savedXafsData(QString fname);
+    // Runs the routine of each checked kind, in the order normalised, raw
+    // XAFS, raw; each writes <dir>/<base>.dat.
+    void saveEachSpectrum(QString fname);
+    void saveEachNormalizedXafsSpectrum(QString fname);
+    void saveEachRawXafsSpectrum(QString fname);
+    void saveEachRawSpectrum(QString fname);
+
+private:
+    void setupSavePictures();
+    // A save dialog with these filters in the data folder; the chosen name
+    // goes to onChosen.
+    void askSaveName(const QStringList &filters, void (Body::*onChosen)(QString));
+    enum class SpectraKind { Normalized, RawXafs, Raw };
+    void saveEachSpectrumOf(SpectraKind kind, const QString &fname);
 };

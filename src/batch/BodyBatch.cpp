@@ -317,7 +317,10 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         loadEMap(CmdArgs::str(cmd, 0));
         return;
 
-    // Saving the map on display and the save configuration.
+    // Saving the map on display, the pictures and the save configuration.
+    case SAVE_IMAGE:
+    case SAVE_IMAGE_W_NUM:
+    case SAVE_ALL_IMAGES:
     case SAVE_DATA:
     case SAVE_DATA_AS_TIFF:
     case SAVEDATACFG_SHOW_WINDOW:

@@ -13,7 +13,6 @@
 #include "view/ColorBar.h"
 
 #include <QDebug>
-#include <QFileDialog>
 #include <QFileInfo>
 
 namespace {
@@ -35,19 +34,15 @@ void Body::setupSaving()
     saveDataCfg->setWindowFlag(Qt::Window);
     connect(ui->SaveDataCfgB, &QPushButton::clicked, saveDataCfg, &QWidget::show);
     connect(ui->SaveData, &QPushButton::clicked, this, &Body::showSaveDataDialog);
+    setupSavePictures();
 }
 
 void Body::showSaveDataDialog()
 {
-    QFileDialog *d = new QFileDialog(this, QString(), gDataRoot);
-    d->setAttribute(Qt::WA_DeleteOnClose);
-    d->setAcceptMode(QFileDialog::AcceptSave);
     if (saveDataCfg->saveAsTiff())
-        d->setNameFilters({QStringLiteral("Tiff File (*.tif)"), QStringLiteral("Any Files (* *.*)")});
+        askSaveName({QStringLiteral("Tiff File (*.tif)"), QStringLiteral("Any Files (* *.*)")}, &Body::saveData);
     else
-        d->setNameFilters({QStringLiteral("Data File (*.dat)"), QStringLiteral("Any Files (* *.*)")});
-    connect(d, &QFileDialog::fileSelected, this, &Body::saveData);
-    d->show();
+        askSaveName({QStringLiteral("Data File (*.dat)"), QStringLiteral("Any Files (* *.*)")}, &Body::saveData);
 }
 
 void Body::saveData(QString fname)
@@ -109,6 +104,15 @@ void Body::execSaveCmd(EX_CMD_ID id, const CmdLine &cmd)
 {
     SaveDataCfg *c = saveDataCfg;
     switch (id) {
+    case SAVE_IMAGE:
+        saveImage(CmdArgs::str(cmd, 0));
+        break;
+    case SAVE_IMAGE_W_NUM:
+        saveImageWNum(CmdArgs::str(cmd, 0), CmdArgs::str(cmd, 1));
+        break;
+    case SAVE_ALL_IMAGES:
+        saveAllImages(CmdArgs::str(cmd, 0));
+        break;
     case SAVE_DATA:
         saveData(CmdArgs::str(cmd, 0));
         break;

@@ -256,8 +256,10 @@ void Body::setupXafsView()
                              == 1);
     connect(this, &Body::currentPosition, xafsView, &XafsView::currentPosition);
     connect(xafsView, &XafsView::sendXafsDataToStars, this, &Body::sendXafsDataToStars);
-    // saveScreenAs and savedXafsData have no receiver yet: the picture of the
-    // screen and the announcement of a saved file come with the saving code.
+    // A saved spectrum is announced, and the image area is saved beside it
+    // as a picture of the screen.
+    connect(xafsView, &XafsView::savedXafsData, this, &Body::savedXafsData);
+    connect(xafsView, &XafsView::saveScreenAs, this, &Body::saveScreenAs);
 
     // The plot is what the pointer over the image is for, so it is there
     // from the start; the button brings it back once it has been closed.
