@@ -87,8 +87,8 @@ void BM_PixelLoop21x21(benchmark::State &state)
 }
 
 // Argument: the pixel type.
-BENCHMARK(BM_BoxSum21x21)->Arg(PixelTiffU16)->Arg(PixelU16)->Arg(PixelU32)->Arg(PixelF32);
-BENCHMARK(BM_PixelLoop21x21)->Arg(PixelTiffU16)->Arg(PixelU16)->Arg(PixelU32)->Arg(PixelF32);
+BENCHMARK(BM_BoxSum21x21)->DenseRange(PixelTiffU16, PixelF32)->DenseRange(PixelU8, PixelF64);
+BENCHMARK(BM_PixelLoop21x21)->DenseRange(PixelTiffU16, PixelF32)->DenseRange(PixelU8, PixelF64);
 
 void BM_ReadTiff2048(benchmark::State &state)
 {

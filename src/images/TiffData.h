@@ -41,10 +41,10 @@ public:
     // The inner loop of everything: bounds test and a switch only.
     double pixel(int x, int y) const { return framePixel(qint64(x) - shiftX, qint64(y) - shiftY); }
 
-    // Gives the frame zeroed pixels of w x h in `type` (PixelU16, PixelU32 or
-    // PixelF32), replacing those it held, for frames made in code rather than
-    // read. False, with the frame unchanged, for an empty size, another type,
-    // more than kMaxFrameBytes or short memory.
+    // Gives the frame zeroed pixels of w x h in `type` (any type but
+    // PixelTiffU16 and PixelNone), replacing those it held, for frames made
+    // in code rather than read. False, with the frame unchanged, for an
+    // empty size, another type, more than kMaxFrameBytes or short memory.
     bool allocate(quint32 w, quint32 h, int type);
 
     // Writes a value at image coordinates, truncated toward zero to the pixel
@@ -129,6 +129,16 @@ private:
             return static_cast<const quint32 *>(rows[fy])[fx];
         case PixelF32:
             return static_cast<const float *>(rows[fy])[fx];
+        case PixelU8:
+            return static_cast<const quint8 *>(rows[fy])[fx];
+        case PixelI8:
+            return static_cast<const qint8 *>(rows[fy])[fx];
+        case PixelI16:
+            return static_cast<const qint16 *>(rows[fy])[fx];
+        case PixelI32:
+            return static_cast<const qint32 *>(rows[fy])[fx];
+        case PixelF64:
+            return static_cast<const double *>(rows[fy])[fx];
         default:
             return 0.0;
         }
