@@ -71,6 +71,7 @@ void Body::registerMetaTypes()
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
     qRegisterMetaType<TiffData *>("TiffData*");
     qRegisterMetaType<ErrPoints *>("ErrPoints*");
+    qRegisterMetaType<H5Stack>("H5Stack");
 }
 
 void Body::setupForm()

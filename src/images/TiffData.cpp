@@ -2,6 +2,7 @@
 
 #include "app/Globals.h"
 #include "images/FrameReaders.h"
+#include "images/H5StackReader.h"
 #include "view/ColorMaps.h"
 #include "view/ColorScale.h"
 #include "view/PixelMapper.h"
@@ -42,14 +43,19 @@ bool TiffData::read(const QString &name, ErrPoints *errPs)
 
     enum class Form { Tiff, Img, Text };
     Form form;
-    if (head.startsWith("II") || head.startsWith("MM"))
+    if (head.startsWith("II") || head.startsWith("MM")) {
         form = Form::Tiff;
-    else if (head.startsWith("IM"))
+    } else if (head.startsWith("IM")) {
         form = Form::Img;
-    else if (head.startsWith("#MQRS-CTImg"))
+    } else if (head.startsWith("#MQRS-CTImg")) {
         form = Form::Text;
-    else
+    } else if (head.startsWith("\x89HDF\r\n\x1a\n")) {
+        // A stack, not a frame: it loads as the only file of a selection.
+        qDebug().noquote() << "HDF5 stack among image files, load it on its own" << name;
         return false;
+    } else {
+        return false;
+    }
 
     FrameLoad load;
     load.width = width;
@@ -72,6 +78,28 @@ bool TiffData::read(const QString &name, ErrPoints *errPs)
     if (form == Form::Tiff && gErrPoints.inUse)
         applyErrPoints();
     else if (form == Form::Img && errPoints && errPoints->inUse)
+        applyErrPoints();
+    render();
+    return true;
+}
+
+bool TiffData::readSlice(H5StackReader &reader, int i, ErrPoints *errPs)
+{
+    if (errPs)
+        errPoints = errPs;
+    FrameLoad load;
+    load.exposureMs = exposureMs;
+    load.bytesPerPixel = bytesPerPixel;
+    if (!reader.readFrame(i, load))
+        return false;
+    takePixels(load);
+    const H5Stack &stack = reader.stack();
+    fileName = stack.sliceName(i);
+    energyFromFile = !stack.energies.isEmpty();
+    if (energyFromFile)
+        energy = stack.energies.value(i);
+    // Slices follow their panel's mask, as .img frames do.
+    if (errPoints && errPoints->inUse)
         applyErrPoints();
     render();
     return true;

@@ -12,6 +12,7 @@
 #include <cfloat>
 
 class ColorScale;
+class H5StackReader;
 class QImage;
 
 // One image of a stack: one detector exposure at one energy, read from one
@@ -36,6 +37,13 @@ public:
     // errPoints. On failure the pixels the frame had (none for a new frame)
     // stay as they were.
     bool read(const QString &fileName, ErrPoints *errPs = nullptr);
+
+    // Reads slice i of an HDF5 stack through an open reader: the frame takes
+    // the slice's pixels in their own type, the name "file:dataset[i]", and
+    // the slice's energy when the file has energies (energyFromFile). A
+    // non-null errPs replaces errPoints, whose mask, when in use, mends the
+    // frame. On failure the frame stays as it was.
+    bool readSlice(H5StackReader &reader, int i, ErrPoints *errPs = nullptr);
 
     // Value at image coordinates; 0.0 outside the frame or without pixels.
     // The inner loop of everything: bounds test and a switch only.
@@ -101,6 +109,7 @@ public:
     double max = -DBL_MAX;
     QVector<void *> rows; // one allocation per row, by the allocator of pixelType
     double energy = 0.0;  // eV, given after loading
+    bool energyFromFile = false; // the file gave energy; the panel is not asked
     ColorScale *colorBar = nullptr; // set after loading; render uses gColorBar
     QByteArray imageBytes; // the rendered pixels
     QImage *image = nullptr;
