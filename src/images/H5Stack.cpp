@@ -174,7 +174,7 @@ qint64 availableMemory()
 bool H5Stack::isH5File(const QString &file)
 {
     QFile f(file);
-    return f.open(QIODevice::ReadOnly) && f.read(8) == QByteArray("\x89HDF\r\n\x1a\n", 8);
+    return !file.isEmpty() && f.open(QIODevice::ReadOnly) && f.read(8) == QByteArray("\x89HDF\r\n\x1a\n", 8);
 }
 
 bool H5Stack::find(const QString &file, const QString &imagePath, const QString &energyPath, H5Stack &out)

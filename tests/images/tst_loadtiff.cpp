@@ -1,3 +1,6 @@
+#include "H5Files.h"
+#include "LogCapture.h"
+
 #include "images/LoadTiff.h"
 #include "images/TiffWriter.h"
 
@@ -66,6 +69,7 @@ class TestLoadTiff : public QObject
 signals:
     void requestLoad(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
                      EX_CMD_ID id);
+    void requestStack(H5Stack stack, int skip, int cutFirst, int cutLast, ErrPoints *errPs, EX_CMD_ID id);
 
 private slots:
     void initTestCase();
@@ -75,6 +79,8 @@ private slots:
     void jobs_data();
     void jobs();
     void longList();
+    void stackSlices_data();
+    void stackSlices();
 
 private:
     void startLoader(LoadTiff *l);
@@ -96,6 +102,7 @@ void TestLoadTiff::initTestCase()
     qRegisterMetaType<TiffData *>("TiffData*");
     qRegisterMetaType<ErrPoints *>("ErrPoints*");
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
+    qRegisterMetaType<H5Stack>("H5Stack");
 }
 
 void TestLoadTiff::startLoader(LoadTiff *l)
@@ -107,14 +114,18 @@ void TestLoadTiff::startLoader(LoadTiff *l)
     m_loader = l;
     m_loader->moveToThread(m_thread);
     connect(this, &TestLoadTiff::requestLoad, m_loader, &LoadTiff::loadTiffs);
+    connect(this, &TestLoadTiff::requestStack, m_loader, &LoadTiff::loadStack);
     connect(m_loader, &LoadTiff::loaded, this, [this](TiffData *f, int fNo, int total) {
         std::unique_ptr<TiffData> frame(f);
         const QString name = QFileInfo(frame->fileName).fileName();
         m_events << QStringLiteral("%1:%2").arg(fNo).arg(name);
-        // The file's content must match its place in the list (see above).
+        // The file's content must match its place in the list (see above);
+        // slice i of a stack is 3 x 2 of 100 + i at 9000 + i eV.
+        const bool slice = name.endsWith(']');
         const int i = name.startsWith(QLatin1Char('z')) ? 0 : fNo;
-        if (frame->width != quint32(2 + i) || frame->height != quint32(1 + i % 3)
-            || frame->pixel(frame->width - 1, frame->height - 1) != 100.0 + i)
+        if (frame->width != quint32(slice ? 3 : 2 + i) || frame->height != quint32(slice ? 2 : 1 + i % 3)
+            || frame->pixel(frame->width - 1, frame->height - 1) != 100.0 + i
+            || (slice && (!frame->energyFromFile || frame->energy != 9000.0 + i)))
             m_badFrames << name + QStringLiteral(" has the wrong pixels");
         if (frame->errPoints != &m_mask)
             m_badFrames << name + QStringLiteral(" lacks the job's mask");
@@ -353,6 +364,64 @@ void TestLoadTiff::longList()
     QCOMPARE(lastFNo, n - 1);
     QVERIFY(inOrder);
     QCOMPARE(m_badFrames, QStringList());
+}
+
+// The slices of an HDF5 stack go through the walk of a file list: skip,
+// cuts, numbering and the finish are those of files.
+void TestLoadTiff::stackSlices_data()
+{
+    QTest::addColumn<int>("frames");           // 1 writes a two-dimensional dataset
+    QTest::addColumn<QVector<int>>("options"); // skip, cutFirst, cutLast
+    QTest::addColumn<QList<int>>("fNos");
+    QTest::addColumn<bool>("finish");
+    QTest::addColumn<bool>("gone");            // the file goes between finding and loading
+
+    QTest::newRow("every slice") << 4 << QVector<int>{1, 0, 0} << QList<int>{0, 1, 2, 3} << true << false;
+    QTest::newRow("skip 3 of 10") << 10 << QVector<int>{3, 0, 0} << QList<int>{0, 3, 6, 9} << true << false;
+    QTest::newRow("cuts with skip") << 10 << QVector<int>{2, 3, 2} << QList<int>{3, 5, 7} << true << false;
+    QTest::newRow("cutFirst at the count") << 4 << QVector<int>{1, 4, 0} << QList<int>{} << true << false;
+    QTest::newRow("cutFirst beyond: no finish") << 4 << QVector<int>{1, 5, 0} << QList<int>{} << false << false;
+    QTest::newRow("two-dimensional") << 1 << QVector<int>{1, 0, 0} << QList<int>{0} << true << false;
+    QTest::newRow("file gone") << 5 << QVector<int>{1, 0, 0} << QList<int>{} << true << true;
+}
+
+void TestLoadTiff::stackSlices()
+{
+    QFETCH(int, frames);
+    QFETCH(QVector<int>, options);
+    QFETCH(QList<int>, fNos);
+    QFETCH(bool, finish);
+    QFETCH(bool, gone);
+
+    const QString file = m_dir.filePath(QStringLiteral("s%1.h5").arg(++m_dirNo));
+    QVector<double> px, energies;
+    for (int i = 0; i < frames; ++i) {
+        px << QVector<double>(6, 100 + i);
+        energies << 9000 + i;
+    }
+    const QVector<hsize_t> dims = frames == 1 ? QVector<hsize_t>{2, 3} : QVector<hsize_t>{hsize_t(frames), 2, 3};
+    H5Files::Dataset e("/e", H5T_IEEE_F64LE, {hsize_t(frames)}, energies);
+    QVERIFY(H5Files::write(file, {H5Files::Dataset("/d", H5T_STD_U16LE, dims, px), e}));
+    H5Stack stack;
+    QVERIFY(H5Stack::find(file, "/d", "/e", stack));
+    if (gone)
+        QVERIFY(QFile::remove(file));
+
+    LogCapture log;
+    startLoader(new LoadTiff);
+    emit requestStack(stack, options[0], options[1], options[2], &m_mask, LOAD_I1_FILES);
+    if (finish)
+        QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end4"), 10000);
+    drain();
+    QStringList expected;
+    for (int n : fNos)
+        expected << QStringLiteral("%1:d[%1]").arg(n);
+    if (finish)
+        expected << "end4";
+    QCOMPARE(m_events, expected);
+    QCOMPARE(m_badFrames, QStringList());
+    // A file that can't be opened says so once, not once a slice.
+    QCOMPARE(log.lines().filter("Can not open HDF5 stack").size(), gone ? 1 : 0);
 }
 
 QTEST_GUILESS_MAIN(TestLoadTiff)
