@@ -110,9 +110,12 @@ bool H5StackReader::open(const H5Stack &stack)
     file = H5Handle(H5Fopen(QFile::encodeName(stack.file).constData(), H5F_ACC_RDONLY, H5P_DEFAULT), H5Fclose);
     const H5Handle access(H5Pcreate(H5P_DATASET_ACCESS), H5Pclose);
     if (file && access) {
-        const H5Handle probe(H5Dopen2(file.get(), stack.imagePath.toUtf8().constData(), H5P_DEFAULT), H5Dclose);
-        if (probe)
-            setChunkCache(access.get(), probe.get(), stack);
+        // The layout is read from a first opening, which must be closed
+        // again: while it is open, a second opening shares its chunk cache.
+        H5Handle layout(H5Dopen2(file.get(), stack.imagePath.toUtf8().constData(), H5P_DEFAULT), H5Dclose);
+        if (layout)
+            setChunkCache(access.get(), layout.get(), stack);
+        layout.reset();
         dataset = H5Handle(H5Dopen2(file.get(), stack.imagePath.toUtf8().constData(), access.get()), H5Dclose);
     }
     if (dataset) {
