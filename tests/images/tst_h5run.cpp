@@ -60,8 +60,11 @@ void TestH5Run::sameAsTiff_data()
     QTest::addColumn<bool>("energiesInFile"); // else both runs take I1's from the energy recipe
     QTest::addColumn<bool>("i0Beside");       // I0 as a second stack in the file, else one frame of another file
     QTest::addColumn<QVector<hsize_t>>("chunk");
-    QTest::newRow("energies and I0 in the file, gzip chunks") << true << true << QVector<hsize_t>{2, 4, 5};
-    QTest::newRow("recipe energies, I0 frame from another file") << false << false << QVector<hsize_t>{};
+    QTest::addColumn<QString>("i1Load"); // load_I1_files takes a lone HDF5 file as a stack too
+    QTest::newRow("energies and I0 in the file, gzip chunks")
+        << true << true << QVector<hsize_t>{2, 4, 5} << "load_I1_h5 NEW @/scan.h5";
+    QTest::newRow("recipe energies, I0 frame from another file")
+        << false << false << QVector<hsize_t>{} << "load_I1_files new @/scan.h5";
 }
 
 void TestH5Run::sameAsTiff()
@@ -69,6 +72,7 @@ void TestH5Run::sameAsTiff()
     QFETCH(bool, energiesInFile);
     QFETCH(bool, i0Beside);
     QFETCH(QVector<hsize_t>, chunk);
+    QFETCH(QString, i1Load);
 
     E2eRun tiffRun, h5Run;
     QVERIFY(tiffRun.isValid() && h5Run.isValid());
@@ -133,7 +137,7 @@ void TestH5Run::sameAsTiff()
     tiffBatch << common << "load_I1_files new " + i1Files.join(' ') << "load_I0_files new " + i0Files.join(' ')
               << saves;
     QStringList h5Batch = common;
-    h5Batch << "load_I1_h5 NEW @/scan.h5"
+    h5Batch << i1Load
             << (i0Beside ? "load_I0_h5 new @/scan.h5 /exchange/i0 /exchange/i0_energy" : "load_I0_h5 new @/flat.h5")
             // Bad input: each logs, ends, and leaves both stacks as they are.
             << "load_I1_h5 NEW @/missing.h5" << "load_I1_h5 NEW @/scan.h5 /exchange/nothing"
