@@ -82,18 +82,16 @@ void TestH5Run::sameAsTiff()
     // The TIFF twin: one file a frame, energies in the names.
     QStringList i1Files, i0Files;
     std::vector<quint16> px(W * H);
-    for (int k = 0; k < N; ++k) {
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(i1Pixel(p % W, p / W, k));
-        i1Files << tiffName(td, "i1", I1E[k]);
-        QVERIFY(writeTiff16(i1Files.last(), W, H, px.data()));
-    }
-    for (int j = 0; j < nI0; ++j) {
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(i0Pixel(p % W, p / W, j));
-        i0Files << tiffName(td, "i0", I0E[j]);
-        QVERIFY(writeTiff16(i0Files.last(), W, H, px.data()));
-    }
+    const auto writeTiffs = [&](const char *stack, const double *energies, int n, auto pixel, QStringList &files) {
+        for (int k = 0; k < n; ++k) {
+            for (int p = 0; p < W * H; ++p)
+                px[p] = quint16(pixel(p % W, p / W, k));
+            files << tiffName(td, stack, energies[k]);
+            QVERIFY(writeTiff16(files.last(), W, H, px.data()));
+        }
+    };
+    writeTiffs("i1", I1E, N, i1Pixel, i1Files);
+    writeTiffs("i0", I0E, nI0, i0Pixel, i0Files);
 
     // The HDF5 stacks: names chosen so that the file's own choice finds I1
     // and its energies ("data" and "energy" come before "i0...").
@@ -114,14 +112,12 @@ void TestH5Run::sameAsTiff()
 
     // The frames themselves: every slice equals its TIFF twin, pixel for pixel.
     H5Stack found;
-    QVERIFY(H5Stack::find(stackFile, "/exchange/data", "", found));
     H5StackReader reader;
-    QVERIFY(reader.open(found));
-    for (int k = 0; k < N; ++k) {
+    QVERIFY(H5Stack::find(stackFile, "/exchange/data", "", found) && reader.open(found));
+    for (int k = 0; k < N * W * H; ++k) {
         TiffData slice, twin;
-        QVERIFY(slice.readSlice(reader, k) && twin.read(i1Files[k]));
-        for (int p = 0; p < W * H; ++p)
-            QCOMPARE(slice.pixel(p % W, p / W), twin.pixel(p % W, p / W));
+        QVERIFY(slice.readSlice(reader, k / (W * H)) && twin.read(i1Files[k / (W * H)]));
+        QCOMPARE(slice.pixel(k % W, k / W % H), twin.pixel(k % W, k / W % H));
     }
 
     QStringList common{"set_view_w 2", "set_view_h 1"};
@@ -153,9 +149,9 @@ void TestH5Run::sameAsTiff()
     const QStringList ends{"I1 load finished: 5 frames", QStringLiteral("I0 load finished: %1 frames").arg(nI0),
                            "echo bad_input_done"};
     E2E_VERIFY_LINES(rh.debug, ends, (QStringList{"I1 load finished: 0 frames", "I0 load finished: 0 frames"}));
-    const QStringList bad{"Not an HDF5 file " + hd + "/missing.h5", "HDF5 dataset not found /exchange/nothing",
-                          "Not an HDF5 file " + hd + "/notes.txt", "HDF5 dataset not found /exchange/none"};
-    for (const QString &line : bad)
+    const QStringList badInput{"Not an HDF5 file " + hd + "/missing.h5", "Not an HDF5 file " + hd + "/notes.txt",
+                               "HDF5 dataset not found /exchange/nothing", "HDF5 dataset not found /exchange/none"};
+    for (const QString &line : badInput)
         QVERIFY2(rh.debug.contains(line), qPrintable(line + "\n" + rh.debug));
 
     for (const QPoint &p : kPoints) {

@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 // The stack loader on a thread of its own, driven by queued signals as the
@@ -79,8 +80,6 @@ private slots:
     void jobs_data();
     void jobs();
     void longList();
-    void stackSlices_data();
-    void stackSlices();
 
 private:
     void startLoader(LoadTiff *l);
@@ -228,6 +227,20 @@ void TestLoadTiff::sequence_data()
     row("unreadable last", {"a0.tif", "!b1.tif"}, {0, 1, 0, 0}, {0});
     row("nothing readable", {"!a0.tif", "?b1.tif"}, {0, 1, 0, 0}, {});
     row("empty list", {}, {0, 1, 0, 0}, {});
+
+    // Names "d[i]": the slices of one HDF5 stack (a single one is a 2-D
+    // dataset), which walk as files do; with '?' the file goes before the load.
+    const auto slices = [](int n, const char *mark = "") {
+        QStringList names;
+        for (int i = 0; i < n; ++i)
+            names << QStringLiteral("%1d[%2]").arg(i ? "" : mark).arg(i);
+        return names;
+    };
+    row("slices, skip 3 of 10", slices(10), {0, 3, 0, 0}, {0, 3, 6, 9});
+    row("slices, cuts with skip", slices(10), {0, 2, 3, 2}, {3, 5, 7});
+    row("slices, cutFirst beyond: no finish", slices(4), {0, 1, 5, 0}, {}, false);
+    row("one slice", slices(1), {0, 1, 0, 0}, {0});
+    row("slices of a file gone", slices(5, "?"), {0, 1, 0, 0}, {});
 }
 
 void TestLoadTiff::sequence()
@@ -238,7 +251,25 @@ void TestLoadTiff::sequence()
     QFETCH(bool, finish);
 
     startLoader(new LoadTiff);
-    emit requestLoad(makeFiles(names), options[0], options[1], options[2], options[3], &m_mask, LOAD_I0_FILES);
+    const bool isStack = names.value(0).endsWith(']');
+    std::optional<LogCapture> log; // only the loader's thread logs meanwhile
+    if (isStack) {
+        log.emplace();
+        const int n = int(names.size());
+        const QString file = m_dir.filePath(QStringLiteral("s%1.h5").arg(++m_dirNo));
+        QVector<double> px, energies;
+        for (int i = 0; i < n; ++i)
+            px << QVector<double>(6, 100 + i), energies << 9000 + i;
+        const QVector<hsize_t> dims = n == 1 ? QVector<hsize_t>{2, 3} : QVector<hsize_t>{hsize_t(n), 2, 3};
+        H5Stack stack;
+        QVERIFY(H5Files::write(file, {H5Files::Dataset("/d", H5T_STD_U16LE, dims, px),
+                                      H5Files::Dataset("/e", H5T_IEEE_F64LE, {hsize_t(n)}, energies)}));
+        QVERIFY(H5Stack::find(file, "/d", "/e", stack));
+        QVERIFY(!names[0].startsWith('?') || QFile::remove(file));
+        emit requestStack(stack, options[1], options[2], options[3], &m_mask, LOAD_I0_FILES);
+    } else {
+        emit requestLoad(makeFiles(names), options[0], options[1], options[2], options[3], &m_mask, LOAD_I0_FILES);
+    }
     if (finish)
         QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end5"), 10000);
     drain();
@@ -250,6 +281,9 @@ void TestLoadTiff::sequence()
     QCOMPARE(m_events, expected);
     QCOMPARE(m_badFrames, QStringList());
     QCOMPARE(m_loader->isBusy(), false);
+    // A stack file that can't be opened says so once, not once a slice.
+    if (isStack)
+        QCOMPARE(log->lines().filter("Can not open HDF5 stack").size(), names[0].startsWith('?') ? 1 : 0);
 }
 
 void TestLoadTiff::jobs_data()
@@ -364,64 +398,6 @@ void TestLoadTiff::longList()
     QCOMPARE(lastFNo, n - 1);
     QVERIFY(inOrder);
     QCOMPARE(m_badFrames, QStringList());
-}
-
-// The slices of an HDF5 stack go through the walk of a file list: skip,
-// cuts, numbering and the finish are those of files.
-void TestLoadTiff::stackSlices_data()
-{
-    QTest::addColumn<int>("frames");           // 1 writes a two-dimensional dataset
-    QTest::addColumn<QVector<int>>("options"); // skip, cutFirst, cutLast
-    QTest::addColumn<QList<int>>("fNos");
-    QTest::addColumn<bool>("finish");
-    QTest::addColumn<bool>("gone");            // the file goes between finding and loading
-
-    QTest::newRow("every slice") << 4 << QVector<int>{1, 0, 0} << QList<int>{0, 1, 2, 3} << true << false;
-    QTest::newRow("skip 3 of 10") << 10 << QVector<int>{3, 0, 0} << QList<int>{0, 3, 6, 9} << true << false;
-    QTest::newRow("cuts with skip") << 10 << QVector<int>{2, 3, 2} << QList<int>{3, 5, 7} << true << false;
-    QTest::newRow("cutFirst at the count") << 4 << QVector<int>{1, 4, 0} << QList<int>{} << true << false;
-    QTest::newRow("cutFirst beyond: no finish") << 4 << QVector<int>{1, 5, 0} << QList<int>{} << false << false;
-    QTest::newRow("two-dimensional") << 1 << QVector<int>{1, 0, 0} << QList<int>{0} << true << false;
-    QTest::newRow("file gone") << 5 << QVector<int>{1, 0, 0} << QList<int>{} << true << true;
-}
-
-void TestLoadTiff::stackSlices()
-{
-    QFETCH(int, frames);
-    QFETCH(QVector<int>, options);
-    QFETCH(QList<int>, fNos);
-    QFETCH(bool, finish);
-    QFETCH(bool, gone);
-
-    const QString file = m_dir.filePath(QStringLiteral("s%1.h5").arg(++m_dirNo));
-    QVector<double> px, energies;
-    for (int i = 0; i < frames; ++i) {
-        px << QVector<double>(6, 100 + i);
-        energies << 9000 + i;
-    }
-    const QVector<hsize_t> dims = frames == 1 ? QVector<hsize_t>{2, 3} : QVector<hsize_t>{hsize_t(frames), 2, 3};
-    H5Files::Dataset e("/e", H5T_IEEE_F64LE, {hsize_t(frames)}, energies);
-    QVERIFY(H5Files::write(file, {H5Files::Dataset("/d", H5T_STD_U16LE, dims, px), e}));
-    H5Stack stack;
-    QVERIFY(H5Stack::find(file, "/d", "/e", stack));
-    if (gone)
-        QVERIFY(QFile::remove(file));
-
-    LogCapture log;
-    startLoader(new LoadTiff);
-    emit requestStack(stack, options[0], options[1], options[2], &m_mask, LOAD_I1_FILES);
-    if (finish)
-        QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end4"), 10000);
-    drain();
-    QStringList expected;
-    for (int n : fNos)
-        expected << QStringLiteral("%1:d[%1]").arg(n);
-    if (finish)
-        expected << "end4";
-    QCOMPARE(m_events, expected);
-    QCOMPARE(m_badFrames, QStringList());
-    // A file that can't be opened says so once, not once a slice.
-    QCOMPARE(log.lines().filter("Can not open HDF5 stack").size(), gone ? 1 : 0);
 }
 
 QTEST_GUILESS_MAIN(TestLoadTiff)
