@@ -29,10 +29,28 @@ const QString &frameFile()
     return file;
 }
 
+// The frame a benchmark walks over: the TIFF itself for PixelTiffU16, else a
+// frame of the same size made in code in the given type with the same values.
+bool benchFrame(TiffData &frame, int type)
+{
+    if (frameFile().isEmpty() || !frame.read(frameFile()))
+        return false;
+    if (type == PixelTiffU16)
+        return true;
+    TiffData src;
+    src.read(frameFile());
+    if (!frame.allocate(kSide, kSide, type))
+        return false;
+    for (quint32 y = 0; y < kSide; ++y)
+        for (quint32 x = 0; x < kSide; ++x)
+            frame.setPixel(int(x), int(y), src.pixel(int(x), int(y)) / 2);
+    return true;
+}
+
 void BM_BoxSum21x21(benchmark::State &state)
 {
     TiffData frame;
-    if (frameFile().isEmpty() || !frame.read(frameFile())) {
+    if (!benchFrame(frame, int(state.range(0)))) {
         state.SkipWithError("cannot make the test frame");
         return;
     }
@@ -45,13 +63,12 @@ void BM_BoxSum21x21(benchmark::State &state)
     }
     state.SetItemsProcessed(state.iterations() * 21 * 21);
 }
-BENCHMARK(BM_BoxSum21x21);
 
 void BM_PixelLoop21x21(benchmark::State &state)
 {
     // The same box through pixel(), as code without boxSum would do it.
     TiffData frame;
-    if (frameFile().isEmpty() || !frame.read(frameFile())) {
+    if (!benchFrame(frame, int(state.range(0)))) {
         state.SkipWithError("cannot make the test frame");
         return;
     }
@@ -68,7 +85,10 @@ void BM_PixelLoop21x21(benchmark::State &state)
     }
     state.SetItemsProcessed(state.iterations() * 21 * 21);
 }
-BENCHMARK(BM_PixelLoop21x21);
+
+// Argument: the pixel type.
+BENCHMARK(BM_BoxSum21x21)->DenseRange(PixelTiffU16, PixelF32)->DenseRange(PixelU8, PixelF64);
+BENCHMARK(BM_PixelLoop21x21)->DenseRange(PixelTiffU16, PixelF32)->DenseRange(PixelU8, PixelF64);
 
 void BM_ReadTiff2048(benchmark::State &state)
 {

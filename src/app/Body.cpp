@@ -95,6 +95,7 @@ void Body::registerMetaTypes()
     qRegisterMetaType<QVector<ElemCond>>("QVector<ElemCond>");
     qRegisterMetaType<ElemsBg>("ElemsBg");
     qRegisterMetaType<ElemsOutcome>("ElemsOutcome");
+    qRegisterMetaType<H5Stack>("H5Stack");
 }
 
 void Body::setupForm()

@@ -5,6 +5,7 @@
 #include "spectrum/SuggestElm.h"
 #include "batch/ExCmdId.h"
 #include "images/ErrPoints.h"
+#include "images/H5Stack.h"
 #include "images/TiffData.h"
 #include "network/Client.h"
 #include "spectrum/Spectrum.h"
@@ -75,6 +76,9 @@ signals:
                      EX_CMD_ID id);
     void loadI0Files(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
                      EX_CMD_ID id);
+    // The same for the slices of an HDF5 stack.
+    void loadI1Stack(H5Stack stack, int skip, int cutFirst, int cutLast, ErrPoints *errPs, EX_CMD_ID id);
+    void loadI0Stack(H5Stack stack, int skip, int cutFirst, int cutLast, ErrPoints *errPs, EX_CMD_ID id);
 
 public slots:
     // Batch (src/batch/BodyBatch.cpp): carries out one external batch
@@ -92,9 +96,19 @@ public slots:
     void cBarUpdated();
     // Loading (src/images/BodyImages.cpp). readI1Files starts a load of
     // the files in the given order; with newFile the stack is emptied first.
-    // The finish reaches a waiting batch with id 4 (I1) or 5 (I0).
+    // The finish reaches a waiting batch with id 4 (I1) or 5 (I0). A single
+    // file that is HDF5 loads as a stack, from the datasets the panel names.
     void readI1Files(QStringList files, bool newFile);
     void readI0Files(QStringList files, bool newFile);
+    // An HDF5 stack: the frames are the slices of imagePath, with the
+    // energies of energyPath when the file has them (empty paths let the
+    // file choose). The stack is looked up before anything is cleared, so
+    // that bad input loads nothing and keeps the stack there; the load ends
+    // with the loader's finish carrying id in any case.
+    void readI1H5(const QString &file, const QString &imagePath, const QString &energyPath, bool newFile,
+                  EX_CMD_ID id);
+    void readI0H5(const QString &file, const QString &imagePath, const QString &energyPath, bool newFile,
+                  EX_CMD_ID id);
     // A frame from a loader: Body owns it from here on.
     void loadedI1(TiffData *data, int fNo, int totalFiles);
     void loadedI0(TiffData *data, int fNo, int totalFiles);
@@ -171,6 +185,12 @@ private:
     // Checks that every frame has the first frame's exposure and shows it
     // in the panel, red when they differ.
     static void checkExposures(const QVector<TiffData *> &frames, SelectDataFiles *panel);
+    // Looks up the HDF5 stack a panel's load would read, and checks that it
+    // fits in memory besides the frames that stay (those of `kept`, unless
+    // newFile frees them). False, with a log line, otherwise.
+    static bool findH5Stack(const QString &file, const QString &imagePath, const QString &energyPath,
+                            const SelectDataFiles *panel, const QVector<TiffData *> &kept, bool newFile,
+                            H5Stack &stack);
 
     // Navigation and display (src/view/BodyView.cpp).
     void setupNavigation();

@@ -146,6 +146,20 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         return;
     }
 
+    // An HDF5 stack: mode, file, then the image and energy datasets, which
+    // the file chooses when they are not given. Unlike load_I1_files, any
+    // failure still finishes, with the command's own id, so a script goes on.
+    case LOAD_I1_H5:
+    case LOAD_I0_H5: {
+        const bool newFile = CmdArgs::str(cmd, 0).toUpper() == QLatin1String("NEW");
+        const QString file = CmdArgs::str(cmd, 1);
+        if (id == LOAD_I1_H5)
+            readI1H5(file, CmdArgs::str(cmd, 2), CmdArgs::str(cmd, 3), newFile, id);
+        else
+            readI0H5(file, CmdArgs::str(cmd, 2), CmdArgs::str(cmd, 3), newFile, id);
+        return;
+    }
+
     // The file panels: each of these only sets a field.
     case SET_I1_ENERGY_PATTERN:
     case SET_I0_ENERGY_PATTERN:

@@ -175,6 +175,8 @@ constexpr ExCmdRow kRows[] = {
         {SAVEDATACFG_TEXT_AS_VALS, "saveDataCfg_text_as_vals"},
         {QUIT, "quit"},
         {NOT_EX_CMD, "not ex cmd"},
+        {LOAD_I1_H5, "load_I1_h5"},
+        {LOAD_I0_H5, "load_I0_h5"},
 };
 
 constexpr int kRowCount = int(sizeof(kRows) / sizeof(kRows[0]));
@@ -187,7 +189,7 @@ constexpr bool rowsInIdOrder()
     }
     return true;
 }
-static_assert(kRowCount == NOT_EX_CMD + 1, "one row per command id");
+static_assert(kRowCount == LOAD_I0_H5 + 1, "one row per command id");
 static_assert(rowsInIdOrder(), "rows must stand in id order");
 
 struct ExCmdTable {

@@ -7,6 +7,7 @@
 // long jobs report the id of the command that started them back to the batch
 // (a load finishes with 4 or 5, an analysis with 116), and 162 stands for a
 // word that is no command. Misspelt words are kept as existing scripts use them.
+// Words added later take ids after 162, so that no existing id moves.
 enum EX_CMD_ID {
     CLEAR_I1_FILES = 0,
     CLEAR_I0_FILES = 1,
@@ -171,6 +172,8 @@ enum EX_CMD_ID {
     SAVEDATACFG_TEXT_AS_VALS = 160,
     QUIT = 161,
     NOT_EX_CMD = 162,
+    LOAD_I1_H5 = 163,
+    LOAD_I0_H5 = 164,
 };
 Q_DECLARE_METATYPE(EX_CMD_ID)
 
@@ -182,7 +185,7 @@ void initExCmdTable();
 EX_CMD_ID exCmdId(const QString &word);
 
 // The word of an id as it stands in the table; "UnKnow ExCMD id" for an id
-// outside 0..162.
+// outside 0..164.
 QString exCmdText(int id);
 
 // True when the word is an external command (look-up gives anything but 162).

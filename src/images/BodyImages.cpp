@@ -52,6 +52,8 @@ void Body::setupLoading()
 
     connect(this, &Body::loadI1Files, i1Loader, &LoadTiff::loadTiffs);
     connect(this, &Body::loadI0Files, i0Loader, &LoadTiff::loadTiffs);
+    connect(this, &Body::loadI1Stack, i1Loader, &LoadTiff::loadStack);
+    connect(this, &Body::loadI0Stack, i0Loader, &LoadTiff::loadStack);
     connect(i1Loader, &LoadTiff::loaded, this, &Body::loadedI1);
     connect(i0Loader, &LoadTiff::loaded, this, &Body::loadedI0);
     // The stack is complete before a waiting batch goes on.
@@ -84,18 +86,70 @@ void Body::teardownLoading()
 
 void Body::readI1Files(QStringList files, bool newFile)
 {
+    const SelectDataFiles *p = ui->SelectI1Files;
+    if (files.size() == 1 && H5Stack::isH5File(files.first())) {
+        readI1H5(files.first(), p->h5ImagePath(), p->h5EnergyPath(), newFile, LOAD_I1_FILES);
+        return;
+    }
     if (newFile)
         clearI1Files();
-    const SelectDataFiles *p = ui->SelectI1Files;
     emit loadI1Files(files, p->ignoreLive(), p->skip(), p->cutFirst(), p->cutLast(), p->errPs(), LOAD_I1_FILES);
 }
 
 void Body::readI0Files(QStringList files, bool newFile)
 {
+    const SelectDataFiles *p = ui->SelectI0Files;
+    if (files.size() == 1 && H5Stack::isH5File(files.first())) {
+        readI0H5(files.first(), p->h5ImagePath(), p->h5EnergyPath(), newFile, LOAD_I0_FILES);
+        return;
+    }
     if (newFile)
         clearI0Files();
-    const SelectDataFiles *p = ui->SelectI0Files;
     emit loadI0Files(files, p->ignoreLive(), p->skip(), p->cutFirst(), p->cutLast(), p->errPs(), LOAD_I0_FILES);
+}
+
+bool Body::findH5Stack(const QString &file, const QString &imagePath, const QString &energyPath,
+                       const SelectDataFiles *panel, const QVector<TiffData *> &kept, bool newFile, H5Stack &stack)
+{
+    if (!H5Stack::find(file, imagePath, energyPath, stack))
+        return false;
+    // A new load frees the frames there: their memory counts as available.
+    qint64 freed = 0;
+    for (const TiffData *f : kept) {
+        if (newFile)
+            freed += qint64(f->height) * f->width * pixelBytes(f->pixelType) + f->imageBytes.size();
+    }
+    return stack.fitsInMemory(panel->skip(), panel->cutFirst(), panel->cutLast(), freed);
+}
+
+void Body::readI1H5(const QString &file, const QString &imagePath, const QString &energyPath, bool newFile,
+                    EX_CMD_ID id)
+{
+    const SelectDataFiles *p = ui->SelectI1Files;
+    H5Stack stack;
+    if (!findH5Stack(file, imagePath, energyPath, p, i1Frames, newFile, stack)) {
+        // Nothing is cleared; a job without files only ends, so the end
+        // takes the road of every load's end, to a waiting batch too.
+        emit loadI1Files({}, false, 1, 0, 0, p->errPs(), id);
+        return;
+    }
+    if (newFile)
+        clearI1Files();
+    emit loadI1Stack(stack, p->skip(), p->cutFirst(), p->cutLast(), p->errPs(), id);
+}
+
+void Body::readI0H5(const QString &file, const QString &imagePath, const QString &energyPath, bool newFile,
+                    EX_CMD_ID id)
+{
+    const SelectDataFiles *p = ui->SelectI0Files;
+    H5Stack stack;
+    if (!findH5Stack(file, imagePath, energyPath, p, i0Frames, newFile, stack)) {
+        emit loadI0Files({}, false, 1, 0, 0, p->errPs(), id);
+        return;
+    }
+    if (newFile)
+        clearI0Files();
+    emit loadI0Stack(stack, p->skip(), p->cutFirst(), p->cutLast(), p->errPs(), id);
 }
 
 namespace {
@@ -135,7 +189,8 @@ void Body::loadedI1(TiffData *data, int fNo, int totalFiles)
         return;
     SelectDataFiles *panel = ui->SelectI1Files;
     data->colorBar = ui->CBar;
-    data->energy = panel->registerFrame(data->fileName, fNo, totalFiles);
+    data->energy = panel->registerFrame(data->fileName, fNo, totalFiles,
+                                        data->energyFromFile ? std::optional(data->energy) : std::nullopt);
     i1Frames.append(data);
     qDebug().noquote() << QStringLiteral("loaded I1 frame %1 of %2: %3 (%4 x %5)")
                               .arg(fNo)
@@ -175,7 +230,8 @@ void Body::loadedI0(TiffData *data, int fNo, int totalFiles)
         return;
     SelectDataFiles *panel = ui->SelectI0Files;
     data->colorBar = ui->CBar;
-    data->energy = panel->registerFrame(data->fileName, fNo, totalFiles);
+    data->energy = panel->registerFrame(data->fileName, fNo, totalFiles,
+                                        data->energyFromFile ? std::optional(data->energy) : std::nullopt);
     i0Frames.append(data);
     qDebug().noquote() << QStringLiteral("loaded I0 frame %1 of %2: %3 (%4 x %5)")
                               .arg(fNo)

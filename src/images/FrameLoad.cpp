@@ -20,21 +20,13 @@ void FrameLoad::begin(int type, quint32 rowCount)
 void *FrameLoad::appendRow(std::size_t bytes)
 {
     void *row = nullptr;
-    switch (pixelType) {
-    case PixelTiffU16:
+    if (pixelType == PixelTiffU16) {
         row = _TIFFmalloc(tmsize_t(bytes));
-        break;
-    case PixelU16:
-        row = new (std::nothrow) quint16[bytes / sizeof(quint16)];
-        break;
-    case PixelU32:
-        row = new (std::nothrow) quint32[bytes / sizeof(quint32)];
-        break;
-    case PixelF32:
-        row = new (std::nothrow) float[bytes / sizeof(float)];
-        break;
-    default:
-        return nullptr;
+    } else {
+        row = withPixelType(pixelType, static_cast<void *>(nullptr), [bytes](auto tag) -> void * {
+            using T = typename decltype(tag)::type;
+            return new (std::nothrow) T[bytes / sizeof(T)];
+        });
     }
     if (!row)
         return nullptr;
@@ -46,22 +38,16 @@ void *FrameLoad::appendRow(std::size_t bytes)
 void FrameLoad::freeRows(QVector<void *> &rows, int pixelType)
 {
     for (void *row : rows) {
-        switch (pixelType) {
-        case PixelTiffU16:
+        if (pixelType == PixelTiffU16) {
             _TIFFfree(row);
-            break;
-        case PixelU16:
-            delete[] static_cast<quint16 *>(row);
-            break;
-        case PixelU32:
-            delete[] static_cast<quint32 *>(row);
-            break;
-        case PixelF32:
-            delete[] static_cast<float *>(row);
-            break;
-        default:
-            break; // rows never exist without a pixel type
+            continue;
         }
+        // Rows never exist without a pixel type.
+        withPixelType(pixelType, 0, [row](auto tag) {
+            using T = typename decltype(tag)::type;
+            delete[] static_cast<T *>(row);
+            return 0;
+        });
     }
     rows.clear();
 }

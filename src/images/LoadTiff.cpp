@@ -1,5 +1,7 @@
 #include "images/LoadTiff.h"
 
+#include "images/H5StackReader.h"
+
 #include <QDebug>
 
 #include <algorithm>
@@ -30,6 +32,30 @@ void LoadTiff::loadTiffs(QStringList files, bool ignoreLive, int skip, int cutFi
     job.cutLast = std::max(cutLast, 0);
     job.errPs = errPs;
     job.id = loadCmdId;
+    enqueue(std::move(job));
+}
+
+void LoadTiff::loadStack(H5Stack stack, int skip, int cutFirst, int cutLast, ErrPoints *errPs, EX_CMD_ID loadCmdId)
+{
+    takeStop();
+    cutFirst = std::max(cutFirst, 0);
+    if (stack.frames < cutFirst)
+        return;
+
+    LoadJob job;
+    job.files = stack.sliceNames();
+    job.skip = std::max(skip, 1);
+    job.cutFirst = cutFirst;
+    job.cutLast = std::max(cutLast, 0);
+    job.errPs = errPs;
+    job.id = loadCmdId;
+    job.stack = std::move(stack);
+    job.stackReader = std::make_shared<H5StackReader>();
+    enqueue(std::move(job));
+}
+
+void LoadTiff::enqueue(LoadJob job)
+{
     // Idle is judged from the queue, which only this thread touches: busy
     // may have been cleared by a stop() that this thread has not seen yet.
     const bool idle = ques.isEmpty();
@@ -57,7 +83,7 @@ void LoadTiff::treatQues()
         const QString &file = job.files.at(curIdx);
         if (job.ignoreLive && file.contains(QLatin1String("Live"))) {
             qDebug().noquote() << "ignoe" << file;
-        } else if (TiffData *frame = readFrame(file, job.errPs)) {
+        } else if (TiffData *frame = job.stackReader ? readSlice(job, curIdx) : readFrame(file, job.errPs)) {
             emit loaded(frame, curIdx, int(job.files.size()));
         }
         // A stop that came while the frame was read drops the rest, this
@@ -100,6 +126,16 @@ TiffData *LoadTiff::readFrame(const QString &file, ErrPoints *errPs)
 {
     auto frame = std::make_unique<TiffData>();
     if (!frame->read(file, errPs))
+        return nullptr;
+    return frame.release();
+}
+
+TiffData *LoadTiff::readSlice(const LoadJob &job, int i)
+{
+    if (!job.stackReader->isOpen() && !job.stackReader->open(job.stack))
+        return nullptr;
+    auto frame = std::make_unique<TiffData>();
+    if (!frame->readSlice(*job.stackReader, i, job.errPs))
         return nullptr;
     return frame.release();
 }

@@ -40,6 +40,10 @@ public slots:
     // spin or index out of the list.
     void loadTiffs(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
                    EX_CMD_ID loadCmdId);
+    // Queues the slices of an HDF5 stack as a job, as loadTiffs does a list
+    // of files: fNo is the slice's index and totalFiles the number of
+    // slices. "Live" names are not looked for: slices have none.
+    void loadStack(H5Stack stack, int skip, int cutFirst, int cutLast, ErrPoints *errPs, EX_CMD_ID loadCmdId);
     // One step: reads at most one frame, then queues the next step or ends
     // the job.
     void treatQues();
@@ -70,6 +74,9 @@ protected:
     virtual TiffData *readFrame(const QString &file, ErrPoints *errPs);
 
 private:
+    void enqueue(LoadJob job);
+    // Reads slice i of a stack job, opening its file at the first slice.
+    TiffData *readSlice(const LoadJob &job, int i);
     // Consumes a pending stop: empties the queue. True when there was one.
     bool takeStop();
     void scheduleStep(bool start);

@@ -69,6 +69,16 @@ bool SelectDataFiles::ignoreLive() const
     return addSetup->ignoreLive();
 }
 
+QString SelectDataFiles::h5ImagePath() const
+{
+    return addSetup->h5ImagePath();
+}
+
+QString SelectDataFiles::h5EnergyPath() const
+{
+    return addSetup->h5EnergyPath();
+}
+
 bool SelectDataFiles::showLatest() const
 {
     return addSetup->showLatest();
@@ -111,9 +121,10 @@ double SelectDataFiles::energyOf(const QString &fileName, int fNo, int totalFile
     return eof->energyOf(fileName, fNo, totalFiles);
 }
 
-double SelectDataFiles::registerFrame(const QString &fileName, int fNo, int totalFiles)
+double SelectDataFiles::registerFrame(const QString &fileName, int fNo, int totalFiles,
+                                      std::optional<double> fileEnergy)
 {
-    const double e = eof->energyOf(fileName, fNo, totalFiles);
+    const double e = fileEnergy ? *fileEnergy : eof->energyOf(fileName, fNo, totalFiles);
     ui->Selected->addItem(fileName, e);
     ui->Count->setText(QString::number(ui->Selected->count()));
     return e;

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class EOFSetup;
 class ErrPoints;
@@ -39,6 +40,9 @@ public:
     int cutFirst() const;
     int cutLast() const;
     bool ignoreLive() const;
+    // The datasets an HDF5 stack loads from; empty lets the file choose.
+    QString h5ImagePath() const;
+    QString h5EnergyPath() const;
     bool showLatest() const;
     bool loadNewFiles() const;
     double expTimeMS() const;
@@ -56,7 +60,10 @@ public:
     double energyOf(const QString &fileName, int fNo, int totalFiles) const;
     // What Body calls for every loaded frame: the frame's energy, which is
     // also listed with the file name and returned.
-    double registerFrame(const QString &fileName, int fNo, int totalFiles);
+    // A frame whose file gave its energy (fileEnergy) is listed with that
+    // energy, and the energy window is not asked.
+    double registerFrame(const QString &fileName, int fNo, int totalFiles,
+                         std::optional<double> fileEnergy = std::nullopt);
 
     EOFSetup *eofSetup() const { return eof; }
     SelectDataFilesAdditionalSetup *additionalSetup() const { return addSetup; }

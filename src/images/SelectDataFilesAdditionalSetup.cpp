@@ -41,6 +41,16 @@ bool SelectDataFilesAdditionalSetup::ignoreLive() const
     return ui->IgnoreLiveFiles->isChecked();
 }
 
+QString SelectDataFilesAdditionalSetup::h5ImagePath() const
+{
+    return ui->H5ImagePath->text().trimmed();
+}
+
+QString SelectDataFilesAdditionalSetup::h5EnergyPath() const
+{
+    return ui->H5EnergyPath->text().trimmed();
+}
+
 QString SelectDataFilesAdditionalSetup::darkAreaText(double x0, double y0, double w, double h)
 {
     return QStringLiteral("(%1,%2)-(%3,%4)").arg(x0).arg(y0).arg(x0 + w).arg(y0 + h);

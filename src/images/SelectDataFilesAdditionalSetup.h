@@ -14,7 +14,8 @@ class SelectDataFilesAdditionalSetup;
 }
 
 // The rarer options of one file panel: its dark area, whether the display
-// follows the loading, "Live" files, and its own bad-pixel mask.
+// follows the loading, "Live" files, its own bad-pixel mask, and the
+// datasets of an HDF5 stack.
 class SelectDataFilesAdditionalSetup : public QFrame
 {
     Q_OBJECT
@@ -28,6 +29,10 @@ public:
 
     bool showLatest() const;
     bool ignoreLive() const;
+    // The datasets of an HDF5 stack as the fields name them; empty lets the
+    // file choose.
+    QString h5ImagePath() const;
+    QString h5EnergyPath() const;
     QFileDialog *errPsDialog() const { return errDialog; }
 
     // "(x0,y0)-(x1,y1)" of a rectangle given as corner and size.

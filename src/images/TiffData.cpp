@@ -2,6 +2,7 @@
 
 #include "app/Globals.h"
 #include "images/FrameReaders.h"
+#include "images/H5StackReader.h"
 #include "view/ColorMaps.h"
 #include "view/ColorScale.h"
 #include "view/PixelMapper.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 TiffData::~TiffData()
 {
@@ -41,14 +43,19 @@ bool TiffData::read(const QString &name, ErrPoints *errPs)
 
     enum class Form { Tiff, Img, Text };
     Form form;
-    if (head.startsWith("II") || head.startsWith("MM"))
+    if (head.startsWith("II") || head.startsWith("MM")) {
         form = Form::Tiff;
-    else if (head.startsWith("IM"))
+    } else if (head.startsWith("IM")) {
         form = Form::Img;
-    else if (head.startsWith("#MQRS-CTImg"))
+    } else if (head.startsWith("#MQRS-CTImg")) {
         form = Form::Text;
-    else
+    } else if (head.startsWith("\x89HDF\r\n\x1a\n")) {
+        // A stack, not a frame: it loads as the only file of a selection.
+        qDebug().noquote() << "HDF5 stack among image files, load it on its own" << name;
         return false;
+    } else {
+        return false;
+    }
 
     FrameLoad load;
     load.width = width;
@@ -76,22 +83,34 @@ bool TiffData::read(const QString &name, ErrPoints *errPs)
     return true;
 }
 
+bool TiffData::readSlice(H5StackReader &reader, int i, ErrPoints *errPs)
+{
+    if (errPs)
+        errPoints = errPs;
+    FrameLoad load;
+    load.exposureMs = exposureMs;
+    load.bytesPerPixel = bytesPerPixel;
+    if (!reader.readFrame(i, load))
+        return false;
+    takePixels(load);
+    const H5Stack &stack = reader.stack();
+    fileName = stack.sliceName(i);
+    energyFromFile = !stack.energies.isEmpty();
+    if (energyFromFile)
+        energy = stack.energies.value(i);
+    // Slices follow their panel's mask, as .img frames do.
+    if (errPoints && errPoints->inUse)
+        applyErrPoints();
+    render();
+    return true;
+}
+
 bool TiffData::allocate(quint32 w, quint32 h, int type)
 {
-    std::size_t pixelBytes;
-    switch (type) {
-    case PixelU16:
-        pixelBytes = sizeof(quint16);
-        break;
-    case PixelU32:
-        pixelBytes = sizeof(quint32);
-        break;
-    case PixelF32:
-        pixelBytes = sizeof(float);
-        break;
-    default:
-        return false; // PixelTiffU16 rows belong to libtiff's allocator
-    }
+    // PixelTiffU16 rows belong to libtiff's allocator.
+    const std::size_t pixelBytes = type == PixelTiffU16 ? 0 : std::size_t(::pixelBytes(type));
+    if (pixelBytes == 0)
+        return false;
     if (w == 0 || h == 0 || qint64(w) * qint64(h) * qint64(pixelBytes) > kMaxFrameBytes)
         return false;
     FrameLoad load;
@@ -182,24 +201,18 @@ void TiffData::render()
             map.buildTable(qint64(lo), qint64(hi));
     };
 
-    switch (pixelType) {
-    case PixelTiffU16:
-    case PixelU16:
-        tableFor(std::max(min, 0.0), std::min(max, 65535.0));
-        renderRows<quint16>(*this, map, out, stride);
-        break;
-    case PixelU32:
-        tableFor(std::max(min, 0.0), std::min(max, 4294967295.0));
-        renderRows<quint32>(*this, map, out, stride);
-        break;
-    case PixelF32:
-        renderRows<float>(*this, map, out, stride);
-        break;
-    default:
+    const bool rendered = withPixelType(pixelType, false, [&](auto tag) {
+        using T = typename decltype(tag)::type;
+        if constexpr (std::is_integral_v<T>)
+            tableFor(std::max(min, double(std::numeric_limits<T>::lowest())),
+                     std::min(max, double(std::numeric_limits<T>::max())));
+        renderRows<T>(*this, map, out, stride);
+        return true;
+    });
+    if (!rendered) {
         // No pixels: every pixel reads 0.
         for (quint32 y = 0; y < height; ++y)
             map.fill(0.0, width, out + y * stride);
-        break;
     }
 
     image = new QImage(out, int(width), int(height), stride, QImage::Format(imgFormat));
@@ -221,20 +234,17 @@ void TiffData::setFramePixel(qint64 fx, qint64 fy, double v)
 {
     if (!insideFrame(fx, fy))
         return;
-    switch (pixelType) {
-    case PixelTiffU16:
-    case PixelU16:
-        static_cast<quint16 *>(rows[fy])[fx] = truncatedTo<quint16>(v);
-        break;
-    case PixelU32:
-        static_cast<quint32 *>(rows[fy])[fx] = truncatedTo<quint32>(v);
-        break;
-    case PixelF32:
-        static_cast<float *>(rows[fy])[fx] = std::isnan(v) ? float(v) : std::clamp(v, -double(FLT_MAX), double(FLT_MAX));
-        break;
-    default:
-        break;
-    }
+    withPixelType(pixelType, 0, [&](auto tag) {
+        using T = typename decltype(tag)::type;
+        T *row = static_cast<T *>(rows[fy]);
+        if constexpr (std::is_same_v<T, double>)
+            row[fx] = v;
+        else if constexpr (std::is_same_v<T, float>)
+            row[fx] = std::isnan(v) ? float(v) : float(std::clamp(v, -double(FLT_MAX), double(FLT_MAX)));
+        else
+            row[fx] = truncatedTo<T>(v);
+        return 0;
+    });
 }
 
 void TiffData::setPixel(int x, int y, double v)
@@ -243,28 +253,20 @@ void TiffData::setPixel(int x, int y, double v)
 }
 
 template <typename T>
-static double sumIntegerRows(const QVector<void *> &rows, qint64 x0, qint64 y0, qint64 x1, qint64 y1)
+static double sumRows(const QVector<void *> &rows, qint64 x0, qint64 y0, qint64 x1, qint64 y1)
 {
-    // Exact: even a whole frame of 32-bit maxima stays far below 2^64.
-    quint64 sum = 0;
+    // Integers add up exactly, in 64 bits: even a whole frame of 32-bit
+    // extremes stays far inside them. Floats add up in double and in row
+    // order, so the result equals adding pixel() up.
+    using Sum = std::conditional_t<std::is_floating_point_v<T>, double,
+                                   std::conditional_t<std::is_signed_v<T>, qint64, quint64>>;
+    Sum sum = 0;
     for (qint64 y = y0; y <= y1; ++y) {
         const T *row = static_cast<const T *>(rows[y]);
         for (qint64 x = x0; x <= x1; ++x)
             sum += row[x];
     }
     return double(sum);
-}
-
-static double sumFloatRows(const QVector<void *> &rows, qint64 x0, qint64 y0, qint64 x1, qint64 y1)
-{
-    // In double and in row order, so the result equals adding pixel() up.
-    double sum = 0.0;
-    for (qint64 y = y0; y <= y1; ++y) {
-        const float *row = static_cast<const float *>(rows[y]);
-        for (qint64 x = x0; x <= x1; ++x)
-            sum += row[x];
-    }
-    return sum;
 }
 
 double TiffData::frameRectSum(qint64 fx0, qint64 fy0, qint64 fx1, qint64 fy1) const
@@ -277,17 +279,9 @@ double TiffData::frameRectSum(qint64 fx0, qint64 fy0, qint64 fx1, qint64 fy1) co
     fy1 = std::min<qint64>(fy1, qint64(height) - 1);
     if (fx0 > fx1 || fy0 > fy1)
         return 0.0;
-    switch (pixelType) {
-    case PixelTiffU16:
-    case PixelU16:
-        return sumIntegerRows<quint16>(rows, fx0, fy0, fx1, fy1);
-    case PixelU32:
-        return sumIntegerRows<quint32>(rows, fx0, fy0, fx1, fy1);
-    case PixelF32:
-        return sumFloatRows(rows, fx0, fy0, fx1, fy1);
-    default:
-        return 0.0;
-    }
+    return withPixelType(pixelType, 0.0, [&](auto tag) {
+        return sumRows<typename decltype(tag)::type>(rows, fx0, fy0, fx1, fy1);
+    });
 }
 
 double TiffData::boxSum(int x, int y, int hw, int vw) const

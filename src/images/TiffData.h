@@ -12,6 +12,7 @@
 #include <cfloat>
 
 class ColorScale;
+class H5StackReader;
 class QImage;
 
 // One image of a stack: one detector exposure at one energy, read from one
@@ -37,14 +38,21 @@ public:
     // stay as they were.
     bool read(const QString &fileName, ErrPoints *errPs = nullptr);
 
+    // Reads slice i of an HDF5 stack through an open reader: the frame takes
+    // the slice's pixels in their own type, the name "file:dataset[i]", and
+    // the slice's energy when the file has energies (energyFromFile). A
+    // non-null errPs replaces errPoints, whose mask, when in use, mends the
+    // frame. On failure the frame stays as it was.
+    bool readSlice(H5StackReader &reader, int i, ErrPoints *errPs = nullptr);
+
     // Value at image coordinates; 0.0 outside the frame or without pixels.
     // The inner loop of everything: bounds test and a switch only.
     double pixel(int x, int y) const { return framePixel(qint64(x) - shiftX, qint64(y) - shiftY); }
 
-    // Gives the frame zeroed pixels of w x h in `type` (PixelU16, PixelU32 or
-    // PixelF32), replacing those it held, for frames made in code rather than
-    // read. False, with the frame unchanged, for an empty size, another type,
-    // more than kMaxFrameBytes or short memory.
+    // Gives the frame zeroed pixels of w x h in `type` (any type but
+    // PixelTiffU16 and PixelNone), replacing those it held, for frames made
+    // in code rather than read. False, with the frame unchanged, for an
+    // empty size, another type, more than kMaxFrameBytes or short memory.
     bool allocate(quint32 w, quint32 h, int type);
 
     // Writes a value at image coordinates, truncated toward zero to the pixel
@@ -101,6 +109,7 @@ public:
     double max = -DBL_MAX;
     QVector<void *> rows; // one allocation per row, by the allocator of pixelType
     double energy = 0.0;  // eV, given after loading
+    bool energyFromFile = false; // the file gave energy; the panel is not asked
     ColorScale *colorBar = nullptr; // set after loading; render uses gColorBar
     QByteArray imageBytes; // the rendered pixels
     QImage *image = nullptr;
@@ -129,6 +138,16 @@ private:
             return static_cast<const quint32 *>(rows[fy])[fx];
         case PixelF32:
             return static_cast<const float *>(rows[fy])[fx];
+        case PixelU8:
+            return static_cast<const quint8 *>(rows[fy])[fx];
+        case PixelI8:
+            return static_cast<const qint8 *>(rows[fy])[fx];
+        case PixelI16:
+            return static_cast<const qint16 *>(rows[fy])[fx];
+        case PixelI32:
+            return static_cast<const qint32 *>(rows[fy])[fx];
+        case PixelF64:
+            return static_cast<const double *>(rows[fy])[fx];
         default:
             return 0.0;
         }

@@ -8,6 +8,6 @@ _FileDialog::_FileDialog(QWidget *parent, bool single)
     setFileMode(single ? QFileDialog::ExistingFile : QFileDialog::ExistingFiles);
     setAcceptMode(QFileDialog::AcceptOpen);
     setNameFilters({ QStringLiteral("MQRS Files, IMG Files, Tiff Files (*.dat *.img *.tif *.tiff)"),
-                     QStringLiteral("Any Files (* *.*)") });
+                     QStringLiteral("HDF5 Files (*.h5 *.hdf5 *.nxs)"), QStringLiteral("Any Files (* *.*)") });
     setDirectory(gDataRoot);
 }

@@ -101,6 +101,8 @@ void TestCmdLine::cmdTables_data()
     QTest::newRow("sumUp") << "analyzer_select_main_mode_sumup" << 88 << "analyzer_select_main_mode_sumUp" << 7;
     QTest::newRow("save cfg last") << "saveDataCfg_text_as_vals" << 160 << "saveDataCfg_text_as_vals" << 7;
     QTest::newRow("last command") << "quit" << 161 << "quit" << 7;
+    QTest::newRow("after the sentinel") << "LOAD_I1_H5" << 163 << "load_I1_h5" << 7;
+    QTest::newRow("last word") << "load_i0_h5" << 164 << "load_I0_h5" << 7;
     QTest::newRow("unknown") << "frobnicate" << 162 << no << 7;
     QTest::newRow("empty") << "" << 162 << no << 7;
     QTest::newRow("for") << ":for" << 162 << no << 0;
@@ -121,7 +123,7 @@ void TestCmdLine::cmdTables()
     QCOMPARE(int(exCmdId(word)), id);
     QTEST(exCmdText(id), "text");
     QTEST(int(metaCmdId(word)), "meta");
-    QCOMPARE(exCmdText(163), QStringLiteral("UnKnow ExCMD id"));
+    QCOMPARE(exCmdText(165), QStringLiteral("UnKnow ExCMD id"));
     QCOMPARE(exCmdText(-1), QStringLiteral("UnKnow ExCMD id"));
 }
 

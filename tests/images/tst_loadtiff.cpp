@@ -1,3 +1,6 @@
+#include "H5Files.h"
+#include "LogCapture.h"
+
 #include "images/LoadTiff.h"
 #include "images/TiffWriter.h"
 
@@ -8,6 +11,7 @@
 
 #include <climits>
 #include <memory>
+#include <optional>
 #include <vector>
 
 // The stack loader on a thread of its own, driven by queued signals as the
@@ -67,6 +71,7 @@ class TestLoadTiff : public QObject
 signals:
     void requestLoad(QStringList files, bool ignoreLive, int skip, int cutFirst, int cutLast, ErrPoints *errPs,
                      EX_CMD_ID id);
+    void requestStack(H5Stack stack, int skip, int cutFirst, int cutLast, ErrPoints *errPs, EX_CMD_ID id);
 
 private slots:
     void initTestCase();
@@ -97,6 +102,7 @@ void TestLoadTiff::initTestCase()
     qRegisterMetaType<TiffData *>("TiffData*");
     qRegisterMetaType<ErrPoints *>("ErrPoints*");
     qRegisterMetaType<EX_CMD_ID>("EX_CMD_ID");
+    qRegisterMetaType<H5Stack>("H5Stack");
 }
 
 void TestLoadTiff::startLoader(LoadTiff *l)
@@ -108,14 +114,18 @@ void TestLoadTiff::startLoader(LoadTiff *l)
     m_loader = l;
     m_loader->moveToThread(m_thread);
     connect(this, &TestLoadTiff::requestLoad, m_loader, &LoadTiff::loadTiffs);
+    connect(this, &TestLoadTiff::requestStack, m_loader, &LoadTiff::loadStack);
     connect(m_loader, &LoadTiff::loaded, this, [this](TiffData *f, int fNo, int total) {
         std::unique_ptr<TiffData> frame(f);
         const QString name = QFileInfo(frame->fileName).fileName();
         m_events << QStringLiteral("%1:%2").arg(fNo).arg(name);
-        // The file's content must match its place in the list (see above).
+        // The file's content must match its place in the list (see above);
+        // slice i of a stack is 3 x 2 of 100 + i at 9000 + i eV.
+        const bool slice = name.endsWith(']');
         const int i = name.startsWith(QLatin1Char('z')) ? 0 : fNo;
-        if (frame->width != quint32(2 + i) || frame->height != quint32(1 + i % 3)
-            || frame->pixel(frame->width - 1, frame->height - 1) != 100.0 + i)
+        if (frame->width != quint32(slice ? 3 : 2 + i) || frame->height != quint32(slice ? 2 : 1 + i % 3)
+            || frame->pixel(frame->width - 1, frame->height - 1) != 100.0 + i
+            || (slice && (!frame->energyFromFile || frame->energy != 9000.0 + i)))
             m_badFrames << name + QStringLiteral(" has the wrong pixels");
         if (frame->errPoints != &m_mask)
             m_badFrames << name + QStringLiteral(" lacks the job's mask");
@@ -225,6 +235,20 @@ void TestLoadTiff::sequence_data()
     row("unreadable last", {"a0.tif", "!b1.tif"}, {0, 1, 0, 0}, {0});
     row("nothing readable", {"!a0.tif", "?b1.tif"}, {0, 1, 0, 0}, {});
     row("empty list", {}, {0, 1, 0, 0}, {});
+
+    // Names "d[i]": the slices of one HDF5 stack (a single one is a 2-D
+    // dataset), which walk as files do; with '?' the file goes before the load.
+    const auto slices = [](int n, const char *mark = "") {
+        QStringList names;
+        for (int i = 0; i < n; ++i)
+            names << QStringLiteral("%1d[%2]").arg(i ? "" : mark).arg(i);
+        return names;
+    };
+    row("slices, skip 3 of 10", slices(10), {0, 3, 0, 0}, {0, 3, 6, 9});
+    row("slices, cuts with skip", slices(10), {0, 2, 3, 2}, {3, 5, 7});
+    row("slices, cutFirst beyond: no finish", slices(4), {0, 1, 5, 0}, {}, false);
+    row("one slice", slices(1), {0, 1, 0, 0}, {0});
+    row("slices of a file gone", slices(5, "?"), {0, 1, 0, 0}, {});
 }
 
 void TestLoadTiff::sequence()
@@ -235,7 +259,25 @@ void TestLoadTiff::sequence()
     QFETCH(bool, finish);
 
     startLoader(new LoadTiff);
-    emit requestLoad(makeFiles(names), options[0], options[1], options[2], options[3], &m_mask, LOAD_I0_FILES);
+    const bool isStack = names.value(0).endsWith(']');
+    std::optional<LogCapture> log; // only the loader's thread logs meanwhile
+    if (isStack) {
+        log.emplace();
+        const int n = int(names.size());
+        const QString file = m_dir.filePath(QStringLiteral("s%1.h5").arg(++m_dirNo));
+        QVector<double> px, energies;
+        for (int i = 0; i < n; ++i)
+            px << QVector<double>(6, 100 + i), energies << 9000 + i;
+        const QVector<hsize_t> dims = n == 1 ? QVector<hsize_t>{2, 3} : QVector<hsize_t>{hsize_t(n), 2, 3};
+        H5Stack stack;
+        QVERIFY(H5Files::write(file, {H5Files::Dataset("/d", H5T_STD_U16LE, dims, px),
+                                      H5Files::Dataset("/e", H5T_IEEE_F64LE, {hsize_t(n)}, energies)}));
+        QVERIFY(H5Stack::find(file, "/d", "/e", stack));
+        QVERIFY(!names[0].startsWith('?') || QFile::remove(file));
+        emit requestStack(stack, options[1], options[2], options[3], &m_mask, LOAD_I0_FILES);
+    } else {
+        emit requestLoad(makeFiles(names), options[0], options[1], options[2], options[3], &m_mask, LOAD_I0_FILES);
+    }
     if (finish)
         QTRY_VERIFY_WITH_TIMEOUT(m_events.contains("end5"), 10000);
     drain();
@@ -247,6 +289,9 @@ void TestLoadTiff::sequence()
     QCOMPARE(m_events, expected);
     QCOMPARE(m_badFrames, QStringList());
     QCOMPARE(m_loader->isBusy(), false);
+    // A stack file that can't be opened says so once, not once a slice.
+    if (isStack)
+        QCOMPARE(log->lines().filter("Can not open HDF5 stack").size(), names[0].startsWith('?') ? 1 : 0);
 }
 
 void TestLoadTiff::jobs_data()

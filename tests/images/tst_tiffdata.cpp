@@ -42,9 +42,20 @@ void TestTiffData::initTestCase()
 }
 
 // A frame of the given pixel kind: "u16" and "u32" from .img files, "f32"
-// from a text image.
+// from a text image; the kinds only HDF5 stacks bring are made in code, and
+// take a value as the signed number of its low bits.
 std::unique_ptr<TiffData> TestTiffData::frame(const QString &type, int w, int h, const QVector<quint32> &values)
 {
+    static const QHash<QString, int> made{
+        {"u8", PixelU8}, {"i8", PixelI8}, {"i16", PixelI16}, {"i32", PixelI32}, {"f64", PixelF64}};
+    if (made.contains(type)) {
+        auto f = std::make_unique<TiffData>();
+        if (!f->allocate(quint32(w), quint32(h), made.value(type)))
+            return nullptr;
+        for (int i = 0; i < w * h; ++i)
+            f->setPixel(i % w, i / w, type.startsWith('i') ? double(qint32(values[i])) : double(values[i]));
+        return f;
+    }
     const QString file = m_dir.filePath(QStringLiteral("f%1").arg(++m_files));
     if (type == QLatin1String("f32")) {
         QVector<double> d;
@@ -63,7 +74,7 @@ static const QVector<quint32> kGrid{1, 2, 3, 4, 11, 12, 13, 14, 21, 22, 23, 24};
 
 void TestTiffData::access_data()
 {
-    QTest::addColumn<QString>("type"); // "all" for each of u16, u32, f32
+    QTest::addColumn<QString>("type"); // "all" for each kind of pixel
     QTest::addColumn<QPoint>("shift");
     QTest::addColumn<QString>("op");   // pixel x y | set x y v (then pixel x y) | box x y hw vw | mean x y w h
     QTest::addColumn<QVector<double>>("args");
@@ -98,6 +109,13 @@ void TestTiffData::access_data()
     row("u32 too large pinned", "u32", {}, "set", {3, 2, 5e9}, 4294967295.0);
     row("f32 keeps fractions", "f32", {}, "set", {2, 0, 2.5}, 2.5);
     row("f32 negative", "f32", {}, "set", {2, 0, -3.25}, -3.25);
+    row("u8 too large pinned", "u8", {}, "set", {0, 0, 300}, 255);
+    row("i8 truncates toward zero", "i8", {}, "set", {0, 0, -3.9}, -3);
+    row("i8 too small pinned", "i8", {}, "set", {0, 0, -200}, -128);
+    row("i16 negative", "i16", {}, "set", {1, 2, -30000}, -30000);
+    row("i16 too large pinned", "i16", {}, "set", {1, 2, 40000}, 32767);
+    row("i32 below 16 bits", "i32", {}, "set", {3, 0, -2e9}, -2e9);
+    row("f64 keeps a double", "f64", {}, "set", {3, 1, 0.1}, 0.1); // a float would not
     row("set outside: nothing", "u16", {}, "set", {4, 0, 99}, 0);
     row("set outside above: nothing", "u16", {}, "set", {0, -1, 99}, 0);
     row("set shifted", "u16", {1, 0}, "set", {1, 0, 99}, 99);
@@ -136,7 +154,8 @@ void TestTiffData::access()
     QFETCH(double, expected);
 
     const int x = int(args[0]), y = int(args[1]);
-    for (const QString &t : type == "all" ? QStringList{"u16", "u32", "f32"} : QStringList{type}) {
+    const QStringList all{"u8", "i8", "u16", "i16", "u32", "i32", "f32", "f64"};
+    for (const QString &t : type == "all" ? all : QStringList{type}) {
         auto f = frame(t, 4, 3, kGrid);
         QVERIFY(f);
         f->shiftX = shift.x();
@@ -176,6 +195,11 @@ void TestTiffData::boxSumMatchesPixelSum_data()
     QTest::newRow("u32") << "u32" << 0 << 0;
     QTest::newRow("f32 shifted") << "f32" << -4 << 7;
     QTest::newRow("u16 shifted") << "u16" << 5 << -3;
+    QTest::newRow("u8") << "u8" << 0 << 0;
+    QTest::newRow("i8 shifted") << "i8" << 2 << 1;
+    QTest::newRow("i16") << "i16" << 0 << 0;
+    QTest::newRow("i32 shifted") << "i32" << -1 << -6;
+    QTest::newRow("f64") << "f64" << 0 << 0;
 }
 
 void TestTiffData::boxSumMatchesPixelSum()
@@ -188,8 +212,12 @@ void TestTiffData::boxSumMatchesPixelSum()
     QVector<quint32> values;
     for (int i = 0; i < w * h; ++i) {
         const quint32 r = rng.generate();
-        // u16 takes the low 16 bits; text images keep floats to 24 bits
-        values << (type == "u16" ? (r & 0xffff) : type == "f32" ? (r & 0xffffff) : r);
+        // Each kind takes the bits it holds, the signed ones with their sign;
+        // text images keep floats to 24 bits.
+        values << (type == "u16" ? (r & 0xffff) : type == "f32" ? (r & 0xffffff) : type == "u8" ? (r & 0xff)
+                   : type == "i8"  ? quint32(qint32(qint8(r)))
+                   : type == "i16" ? quint32(qint32(qint16(r)))
+                                   : r);
     }
     auto f = frame(type, w, h, values);
     QVERIFY(f);

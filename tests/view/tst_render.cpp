@@ -24,30 +24,24 @@ namespace {
 const double NaN = qQNaN();
 
 struct Frame {
-    QString type; // u16, u32, f32
+    QString type; // u8, i8, u16, i16, u32, i32, f32, f64
     int w = 0, h = 0;
     QVector<double> values; // row by row
 };
 
 std::unique_ptr<TiffData> makeFrame(const Frame &f)
 {
+    static const QHash<QString, int> types{{"u8", PixelU8},   {"i8", PixelI8},   {"u16", PixelU16},
+                                           {"i16", PixelI16}, {"u32", PixelU32}, {"i32", PixelI32},
+                                           {"f32", PixelF32}, {"f64", PixelF64}};
     auto d = std::make_unique<TiffData>();
     std::tie(d->width, d->height) = std::make_pair(quint32(f.w), quint32(f.h));
-    const auto addRows = [&](auto zero) {
-        using T = decltype(zero);
-        for (int y = 0; y < f.h; ++y) {
-            auto *row = new T[std::size_t(f.w)];
-            for (int x = 0; x < f.w; ++x)
-                row[x] = T(f.values[y * f.w + x]);
-            d->rows.append(row);
-        }
-    };
-    d->pixelType = f.type == "u16" ? PixelU16 : f.type == "u32" ? PixelU32 : PixelF32;
-    f.type == "u16" ? addRows(quint16()) : f.type == "u32" ? addRows(quint32()) : addRows(float());
-    if (!f.values.isEmpty()) {
-        d->min = *std::min_element(f.values.cbegin(), f.values.cend());
-        d->max = *std::max_element(f.values.cbegin(), f.values.cend());
-    }
+    if (f.values.isEmpty() || !d->allocate(quint32(f.w), quint32(f.h), types.value(f.type)))
+        return d; // no pixels
+    for (int i = 0; i < f.w * f.h; ++i)
+        d->setPixel(i % f.w, i / f.w, f.values[i]);
+    d->min = *std::min_element(f.values.cbegin(), f.values.cend());
+    d->max = *std::max_element(f.values.cbegin(), f.values.cend());
     return d;
 }
 
@@ -135,6 +129,17 @@ void TestRender::render_data()
     QTest::newRow("u16 table rgb narrow") << big16 << QPointF(20000, 30000) << QPoint() << full << 13 << QByteArray();
     QTest::newRow("u32 table rgb") << hashed("u32", 259, 260, 1000000, 50000) << own << QPoint() << QPointF(0.3, 0.8)
                                    << 13 << QByteArray();
+
+    // Each kind of an HDF5 stack; signed ones over a range through 0.
+    QTest::newRow("u8 grey") << hashed("u8", 40, 9, 0, 255) << own << QPoint() << full << 24 << QByteArray();
+    QTest::newRow("i8 rgb shifted") << hashed("i8", 9, 5, -128, 255) << own << QPoint(1, 1) << QPointF(0.2, 0.7)
+                                    << 13 << QByteArray();
+    QTest::newRow("i16 table grey") << hashed("i16", 301, 300, -30000, 60000) << own << QPoint() << full << 24
+                                    << QByteArray();
+    QTest::newRow("i32 table rgb") << hashed("i32", 259, 260, -20000, 50000) << own << QPoint() << full << 13
+                                   << QByteArray();
+    QTest::newRow("f64 rgb") << hashed("f64", 6, 3, -2, 5) << own << QPoint() << QPointF(0.1, 0.6) << 13
+                             << QByteArray();
 
     QTest::newRow("empty") << Frame{"u16", 0, 3, {}} << own << QPoint() << full << 24 << QByteArray();
     // RGB32: 4 bytes a pixel would run past a buffer made for one or three.
