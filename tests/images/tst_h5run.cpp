@@ -7,11 +7,13 @@
 
 #include <QtTest>
 
+#include <cmath>
 #include <vector>
 
 // HDF5 stacks through the whole program, against the same frames written as
 // TIFF files: a batch loads I1 and I0 either way and saves the spectrum at
-// several points; the two runs must write the same files byte for byte.
+// several points, then runs an edge map over the view and saves it; the two
+// runs must write the same files byte for byte.
 // The HDF5 run also meets bad input after its loads: each such load logs,
 // ends, keeps the stacks, and the script goes on.
 class TestH5Run : public QObject
@@ -29,9 +31,12 @@ const double I1E[] = {8960.0, 8975.0, 8990.0, 9005.0, 9030.0};
 const double I0E[] = {8965.0, 8990.0, 9020.0};
 const QPoint kPoints[] = {{5, 4}, {0, 9}, {11, 0}, {7, 2}};
 
+// An absorption edge between the second and fourth frames whose height and
+// place change from pixel to pixel, so that the edge map is not flat.
 double i1Pixel(int x, int y, int k)
 {
-    return 1000 + 37 * x + 11 * y + 60 * k + ((x * 7 + y * 3 + k) % 5) * 17;
+    const int drop = k < 2 ? 0 : k == 2 ? 300 + 40 * ((x + y) % 4) : 900 + 20 * x;
+    return 3000 + 37 * x + 11 * y - drop + ((x * 7 + y * 3 + k) % 5) * 17;
 }
 
 double i0Pixel(int x, int y, int j)
@@ -127,7 +132,8 @@ void TestH5Run::sameAsTiff()
     QStringList saves;
     for (const QPoint &p : kPoints)
         saves << QStringLiteral("move_position %1 %2").arg(p.x()).arg(p.y()) << "save_spectra @/sp.dat";
-    saves << "quit";
+    saves << "set_analyze_w 0" << "set_analyze_h 0" << "Suggesting_Edge_eV 8990" << "analyzer_exec_2da" << "saveDataCfg_save_as_text"
+          << "saveDataCfg_text_as_xyz" << "saveDataCfg_text_as_ssv" << "save_data @/map.dat" << "quit";
 
     QStringList tiffBatch{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d"};
     tiffBatch << common << "load_I1_files new " + i1Files.join(' ') << "load_I0_files new " + i0Files.join(' ')
@@ -165,6 +171,22 @@ void TestH5Run::sameAsTiff()
         QCOMPARE(rows, N);
         QCOMPARE(b.readAll(), tiffBytes);
     }
+
+    QFile a(td + "/map-0.dat"), b(hd + "/map-0.dat"); // the edge row's map is numbered 0
+    QVERIFY2(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly), qPrintable(rh.debug.right(1000)));
+    const auto undated = [](QFile &f) { // the header's time of writing differs
+        QByteArray all = f.readAll();
+        return all.remove(all.indexOf("# Date"), all.indexOf('\n', all.indexOf("# Date")) - all.indexOf("# Date"));
+    };
+    const QByteArray tiffMap = undated(a);
+    QSet<double> edges; // the edge positions found, which must not all be one
+    for (const QByteArray &line : tiffMap.split('\n')) {
+        const QList<QByteArray> v = line.split(' ');
+        if (v.size() == 3 && !line.startsWith('#') && std::isfinite(v[2].toDouble()))
+            edges << v[2].toDouble();
+    }
+    QVERIFY2(edges.size() > 1, tiffMap.constData());
+    QCOMPARE(undated(b), tiffMap);
 }
 
 QTEST_GUILESS_MAIN(TestH5Run)
