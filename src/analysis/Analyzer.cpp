@@ -9,6 +9,7 @@
 #include "analysis/LCFReference.h"
 #include "app/Globals.h"
 #include "images/XafsFileSelect.h"
+#include "tools/FVView.h"
 #include "ui_Analyzer.h"
 #include "view/XafsView.h"
 
@@ -87,6 +88,10 @@ void Analyzer::setupForm()
         connect(e, &QLineEdit::editingFinished, this, &Analyzer::colorScaleChanged);
     connect(ui->FVeStep, &QLineEdit::editingFinished, this, &Analyzer::setFVEStep);
     connect(ui->FVElimReg, &QLineEdit::editingFinished, this, &Analyzer::setFVElimReg);
+    // A few hundred pixels a side is enough to see clusters.
+    fvView = new FVView(&fvLists, 300, 300, this);
+    fvView->setWindowFlag(Qt::Window);
+    connect(ui->ShowFV, &QPushButton::clicked, fvView, &FVView::showWindow);
     connect(ui->SelMap1, &QPushButton::clicked, map1Dialog, &QWidget::show);
     connect(ui->SelMap2, &QPushButton::clicked, map2Dialog, &QWidget::show);
     connect(map1Dialog, &QFileDialog::fileSelected, this, [this](const QString &fname) {
@@ -661,6 +666,11 @@ void Analyzer::setFVEStep()
 void Analyzer::setFVElimReg()
 {
     fvElimReg = ui->FVElimReg->text().toDouble();
+}
+
+void Analyzer::updateFVMap()
+{
+    fvView->updateMap();
 }
 
 void Analyzer::show()

@@ -19,6 +19,7 @@
 class AElemsConds;
 class AnalyzeProc;
 class ElemCtrl;
+class FVView;
 class LCFReference;
 class QAbstractButton;
 class QButtonGroup;
@@ -101,6 +102,8 @@ public:
     FeatureValue fv;
     double fvEStep = 0.01;
     double fvElimReg = 1;
+    // The scatter and density maps of fvLists; a child window.
+    FVView *fvView = nullptr;
     Analyzed2DRes sumUpMap{QStringLiteral("Sum Up Img")};
     Analyzed2DRes processedMap{QStringLiteral("Processed Map")};
     Analyzed2DRes map1{QStringLiteral("E-Shift Map 1")};
@@ -186,6 +189,8 @@ public slots:
     void selectedNewDEdgeCWFile(QString fname);
     void setFVEStep();
     void setFVElimReg();
+    // Draws the feature-value maps again (and writes their picture files).
+    void updateFVMap();
     void show();
     void showXv();
     void setContAccess(bool f);

@@ -234,6 +234,8 @@ void Body::generateResImages()
         analyzer->raRestMap.genImg();
         analyzer->raRatioMap.genImg();
     }
+    if (analyzer->selFV())
+        analyzer->updateFVMap();
     showSelectedMap();
 }
 

@@ -47,7 +47,9 @@ Body::Body(QWidget *parent)
     setupAnalyzer();
     setupAnalyzer2();
     setupSaving();
+    setupImgProc();
     setupErrPoints();
+    setupStats();
 
     // CheckVals, the BG view and the position memory go here.
     setupBGSelect();

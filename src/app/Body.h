@@ -497,4 +497,27 @@ private:
     void askSaveName(const QStringList &filters, void (Body::*onChosen)(QString));
     enum class SpectraKind { Normalized, RawXafs, Raw };
     void saveEachSpectrumOf(SpectraKind kind, const QString &fname);
+
+    // Image tools (src/tools/BodyTools.cpp): the image processor, which
+    // aligns I1 frames by recording their shifts, and the statistics window
+    // of the map on show, whose value range can be outlined on the image.
+public slots:
+    // Hands the I1 frame at the panel's index to the image processor.
+    void giveProcData();
+    // The shift of the I1 frame at the panel's index; every I1 frame's.
+    void setImgShift(int dx, int dy);
+    void clearAllShifts();
+    // Shows the statistics window with the Analyzer's map over the area.
+    void showStatistics();
+    void selectedRangeInStats();
+
+private:
+    void setupImgProc();
+    void setupStats();
+    void execStatsCmd(EX_CMD_ID id, const CmdLine &cmd);
+    // The points of the statistics range, outlined over the image.
+    void drawStatsOverlay(QPainter *p);
+    class ImgProc *imgProc = nullptr;
+    class Stats *stats = nullptr;
+    bool statsOverlayWanted = false;
 };

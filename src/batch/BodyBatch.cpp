@@ -331,6 +331,14 @@ void Body::execCmdSlot(CmdLine cmd, bool inRem)
         loadEMap(CmdArgs::str(cmd, 0));
         return;
 
+    // The statistics window.
+    case STATS_SHOW_WINDOW:
+    case STATS_BINS:
+    case STATS_OVER_IMAGE:
+    case STATS_IN_SELECTED_REGION:
+        execStatsCmd(id, cmd);
+        break;
+
     // Saving the map on display, the pictures and the save configuration.
     case SAVE_IMAGE:
     case SAVE_IMAGE_W_NUM:

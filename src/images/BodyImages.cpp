@@ -3,6 +3,7 @@
 
 #include "images/LoadTiff.h"
 #include "images/SelectDataFiles.h"
+#include "tools/ImgProc.h"
 #include "ui_Body.h"
 #include "view/ColorBar.h"
 #include "view/ImgDispA.h"
@@ -170,7 +171,8 @@ void Body::clearI1Files()
     // with the rest of the old one. A frame the loader is reading at this
     // moment still arrives, and joins the new stack.
     i1Loader->stop();
-    // The image tool is reset here once it exists.
+    if (imgProc)
+        imgProc->forgetFrames(i1Frames);
     deleteFrames(i1Frames);
     spectrumOnNewI1Stack();
 }
@@ -180,6 +182,9 @@ void Body::clearI0Files()
     detachIfShown(ui->dispA, i0Frames);
     ui->SelectI0Files->clearFiles();
     i0Loader->stop();
+    // The image processor may hold an I0 frame that was on display.
+    if (imgProc)
+        imgProc->forgetFrames(i0Frames);
     deleteFrames(i0Frames);
 }
 

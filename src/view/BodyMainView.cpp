@@ -182,6 +182,7 @@ void Body::draw(QPainter *p)
     ui->CBar->update();
     // The cells of a checked value range and the analysis area's frame are
     // drawn here once the analysis and its tools exist.
+    drawStatsOverlay(p);
     drawStoredPositions(p, hw, vw);
 }
 

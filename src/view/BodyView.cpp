@@ -8,6 +8,7 @@
 #include "app/Globals.h"
 #include "batch/CmdArgs.h"
 #include "images/SelectDataFiles.h"
+#include "tools/ImgProc.h"
 #include "ui_Body.h"
 #include "view/ColorBar.h"
 #include "view/ImgDispA.h"
@@ -77,7 +78,8 @@ void Body::showData(int no)
     }
     TiffData *f = frames.at(no);
     ui->dispA->setData(f);
-    // The image tool gets the frame here once it exists.
+    if (imgProc)
+        imgProc->setImage(f);
     ui->dispA->setToolTip(f->fileName);
     ui->ImgNo->setToolTip(f->fileName);
     qDebug().noquote() << QStringLiteral("show %1 frame %2: %3 eV")
