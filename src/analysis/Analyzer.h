@@ -24,6 +24,7 @@ class QAbstractButton;
 class QButtonGroup;
 class QFileDialog;
 class QThread;
+class SumUpCtrl;
 class XafsView;
 
 namespace Ui {
@@ -102,6 +103,7 @@ public:
     double fvEStep = 0.01;
     double fvElimReg = 1;
     Analyzed2DRes sumUpMap{QStringLiteral("Sum Up Img")};
+    SumUpCtrl *sumUpCtrl = nullptr; // the ranges of sumUpMap, under the mode row
     Analyzed2DRes processedMap{QStringLiteral("Processed Map")};
     Analyzed2DRes map1{QStringLiteral("E-Shift Map 1")};
     Analyzed2DRes map2{QStringLiteral("E-Shift Map 2")};
