@@ -84,8 +84,10 @@ void Body::doSumUp()
 
 void Body::execFourierA()
 {
-    if (i1Frames.isEmpty())
+    if (i1Frames.isEmpty()) {
+        qDebug().noquote() << "Fourier A.: no I1 frames";
         return;
+    }
     logTime(QStringLiteral("2da FA 1:"));
     const int n = int(i1Frames.size());
     AnalyzeCond ac;
