@@ -10,6 +10,7 @@
 #include "app/Globals.h"
 #include "images/XafsFileSelect.h"
 #include "tools/FVView.h"
+#include "tools/SumUpCtrl.h"
 #include "ui_Analyzer.h"
 #include "view/XafsView.h"
 
@@ -73,6 +74,8 @@ void Analyzer::setupForm()
     xafsView_->setWindowTitle(QStringLiteral("Analyzing Spectrum"));
     xafsView_->setOthers({&fitted}, {QPen(QColor(128, 192, 0), 2)});
     ui->ShowAnalyzer2->setVisible(gShowAnalyzer2Button);
+    sumUpCtrl = new SumUpCtrl(this);
+    ui->vboxlayout11->insertWidget(1, sumUpCtrl);
     map1Dialog = mapDialog(this);
     map2Dialog = mapDialog(this);
 

@@ -25,6 +25,7 @@ class QAbstractButton;
 class QButtonGroup;
 class QFileDialog;
 class QThread;
+class SumUpCtrl;
 class XafsView;
 
 namespace Ui {
@@ -105,6 +106,7 @@ public:
     // The scatter and density maps of fvLists; a child window.
     FVView *fvView = nullptr;
     Analyzed2DRes sumUpMap{QStringLiteral("Sum Up Img")};
+    SumUpCtrl *sumUpCtrl = nullptr; // the ranges of sumUpMap, under the mode row
     Analyzed2DRes processedMap{QStringLiteral("Processed Map")};
     Analyzed2DRes map1{QStringLiteral("E-Shift Map 1")};
     Analyzed2DRes map2{QStringLiteral("E-Shift Map 2")};

@@ -1,18 +1,24 @@
 #include "app/Body.h"
 
 #include "analysis/AElemsConds.h"
+#include "analysis/Analyzer.h"
 #include "analysis/ElemCtrl.h"
 #include "analysis/ElemsAnalysis.h"
 #include "analysis/FeatureValue.h"
 #include "analysis/LcfFit.h"
 #include "analysis/LCFReference.h"
 #include "app/Globals.h"
+#include "app/WindowPlace.h"
 #include "batch/BatchCtrl.h"
 #include "batch/ExCmdId.h"
+#include "calibration/CalibCtrl.h"
+#include "saving/SaveDataCfg.h"
 #include "spectrum/ElmEdges.h"
 #include "spectrum/XafsSpectrum.h"
+#include "tools/Analyzer2.h"
 #include "ui_Body.h"
 #include "view/ColorBar.h"
+#include "view/XafsView.h"
 
 #include <QDebug>
 #include <QScrollBar>
@@ -48,12 +54,14 @@ Body::Body(QWidget *parent)
     setupAnalyzer2();
     setupSaving();
     setupImgProc();
+    setupSumUp();
     setupErrPoints();
     setupStats();
 
     // CheckVals, the BG view and the position memory go here.
     setupBGSelect();
     setupMainView();
+    keepWindowPlaces();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
     // Last: the connection to the message server.
@@ -128,9 +136,15 @@ void Body::setupSelectionGroup()
         connect(b, &QAbstractButton::toggled, this, &Body::dispImgSelected);
 }
 
-void Body::setupAnalyzer2()
+void Body::keepWindowPlaces()
 {
-    ui->ShowAnalyzer2->setVisible(gShowAnalyzer2Button);
+    const QList<QPair<QWidget *, const char *>> windows{
+        {this, "Body"},           {batchCtrl, "BatchCtrl"},     {analyzer, "Analyzer"},
+        {analyzer->xafsView(), "AnalyzingSpectrum"},            {analyzer2, "Analyzer2"},
+        {calibCtrl, "CalibCtrl"}, {saveDataCfg, "SaveDataCfg"}, {xafsView, "XafsView"},
+        {bgView, "BGView"}};
+    for (const auto &w : windows)
+        WindowPlace::keep(w.first, QString::fromLatin1(w.second));
 }
 
 void Body::feedConfiguredBatch(const QStringList &cmdLines)

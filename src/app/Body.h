@@ -8,6 +8,7 @@
 #include "images/H5Stack.h"
 #include "images/TiffData.h"
 #include "network/Client.h"
+#include "spectrum/FourierWork.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
 #include "view/DrawText.h"
@@ -144,6 +145,8 @@ private:
     void setupBatch();
     void setupFilePanels();
     void setupAnalyzer2();
+    // Every window's place is stored as it is hidden and restored at start.
+    void keepWindowPlaces();
     void feedConfiguredBatch(const QStringList &cmdLines);
 
     std::unique_ptr<Ui::Body> ui;
@@ -520,4 +523,24 @@ private:
     class ImgProc *imgProc = nullptr;
     class Stats *stats = nullptr;
     bool statsOverlayWanted = false;
+
+    // Quality tools (src/tools/BodyQuality.cpp): the dark check of the I1
+    // stack, the sum-up map of frame ranges, and the Fourier comparison of
+    // the first frame with the spectra's components. They run over the
+    // analysis area and write into the working folder (dark-*.dat,
+    // sumUpImg.png); the Fourier result exists only in the log.
+public slots:
+    // Wired to "Collect Q Info"; nothing has been built behind it.
+    void startCollectQInfo();
+    void darkCheck();
+    void doSumUp();
+    void execFourierA();
+
+signals:
+    void doCollectQInfo(AnalyzeCond ac);
+
+private:
+    void setupSumUp();
+    class Analyzer2 *analyzer2 = nullptr;
+    FourierWork fourierA;
 };

@@ -10,6 +10,7 @@
 #include "images/SelectDataFilesAdditionalSetup.h"
 #include "images/XafsFileSelect.h"
 #include "images/_FileDialog.h"
+#include "tools/Analyzer2.h"
 #include "ui_Body.h"
 #include "view/ImgDispA.h"
 #include "view/XafsView.h"
@@ -91,14 +92,18 @@ void Body::setupErrPoints()
 {
     const QString fname = gConfig.value(QStringLiteral("ErrPoints"));
     if (!fname.isEmpty()) {
-        // Loaded without `keep`, so the mask is switched on here. Analyzer2's
-        // mask check box, which mirrors this, is not built yet.
+        // Loaded without `keep`, so the mask is switched on here, and
+        // Analyzer2's check box shows it.
         if (gErrPoints.load(fname, false)) {
             gErrPoints.inUse = true;
+            analyzer2->setUseErrPMaskEnabled(true);
+            analyzer2->setUseErrPMaskChecked(true);
+            analyzer2->setErrPMaskFileName(gErrPoints.fileName);
             qDebug().noquote() << QStringLiteral("Err Points mask in use: %1 (%2 points)")
                                       .arg(gErrPoints.fileName)
                                       .arg(gErrPoints.points.size());
         } else {
+            analyzer2->setUseErrPMaskEnabled(false);
             qDebug().noquote() << QStringLiteral("Err Points mask not in use: %1").arg(fname);
         }
     }

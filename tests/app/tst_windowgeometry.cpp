@@ -1,4 +1,5 @@
 #include "app/WindowGeometry.h"
+#include "app/WindowPlace.h"
 
 #include <QSettings>
 #include <QStandardPaths>
@@ -14,6 +15,7 @@ private slots:
     void roundTrip_data();
     void roundTrip();
     void defaults();
+    void keeper();
 };
 
 void TestWindowGeometry::initTestCase()
@@ -78,6 +80,26 @@ void TestWindowGeometry::defaults()
     QCOMPARE(w.pos(), QPoint(200, 200));
     QVERIFY(w.isVisible());
     QVERIFY(popUp);
+}
+
+// A kept window: stored as it is hidden, restored when kept again, and left
+// alone (not shown, not 400 x 400) while nothing is stored.
+void TestWindowGeometry::keeper()
+{
+    {
+        QWidget w;
+        w.resize(300, 200);
+        WindowPlace::keep(&w, "Kept");
+        QCOMPARE(w.size(), QSize(300, 200));
+        QVERIFY(!w.isVisible());
+        w.show();
+        w.resize(333, 222);
+        w.hide();
+    }
+    QWidget again;
+    WindowPlace::keep(&again, "Kept");
+    QCOMPARE(again.size(), QSize(333, 222));
+    QVERIFY(!again.isVisible());
 }
 
 QTEST_MAIN(TestWindowGeometry)
