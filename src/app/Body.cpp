@@ -108,7 +108,7 @@ void Body::setupForm()
                                     + ui->sideScroll->verticalScrollBar()->sizeHint().width());
     // Frames render through the colour bar from here on.
     gColorBar = ui->CBar;
-    ui->CBarAll->setText(QStringLiteral("Set All"));
+    ui->CBarAll->setText(tr("Set All"));
     // The end of a drag has no receiver: a drag recolours the frame on
     // screen only, and "Set All" is the one way to recolour a whole stack.
     connect(ui->CBar, &ColorBar::cBarUpdating, this, &Body::cBarUpdating);

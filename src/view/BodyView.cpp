@@ -251,7 +251,7 @@ void Body::setupXafsView()
     // instead of keeping the program alive.
     xafsView = new XafsView(this);
     xafsView->setWindowFlags(Qt::Window);
-    xafsView->setWindowTitle(QStringLiteral("Spectrum at the position"));
+    xafsView->setWindowTitle(tr("Spectrum at the position"));
     xafsView->setSendVisible(gConfig.value(QStringLiteral("SHOW_SEND_TO_STARS_ON_XAFS_VIEW"), QStringLiteral("0")).toInt()
                              == 1);
     connect(this, &Body::currentPosition, xafsView, &XafsView::currentPosition);
@@ -293,7 +293,7 @@ void Body::setupXafsView()
 
     bgView = new XafsView(this);
     bgView->setWindowFlags(Qt::Window);
-    bgView->setWindowTitle(QStringLiteral("BG Specturm"));
+    bgView->setWindowTitle(tr("BG Specturm"));
 }
 
 void Body::execXafsViewCmd(EX_CMD_ID id, const CmdLine &cmd)
