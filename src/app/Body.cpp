@@ -1,18 +1,26 @@
 #include "app/Body.h"
 
 #include "analysis/AElemsConds.h"
+#include "analysis/Analyzer.h"
 #include "analysis/ElemCtrl.h"
 #include "analysis/ElemsAnalysis.h"
 #include "analysis/FeatureValue.h"
 #include "analysis/LcfFit.h"
 #include "analysis/LCFReference.h"
 #include "app/Globals.h"
+#include "app/WindowPlaces.h"
 #include "batch/BatchCtrl.h"
 #include "batch/ExCmdId.h"
+#include "calibration/CalibCtrl.h"
+#include "images/EOFSetup.h"
+#include "images/SelectDataFiles.h"
+#include "images/SelectDataFilesAdditionalSetup.h"
+#include "saving/SaveDataCfg.h"
 #include "spectrum/ElmEdges.h"
 #include "spectrum/XafsSpectrum.h"
 #include "ui_Body.h"
 #include "view/ColorBar.h"
+#include "view/XafsView.h"
 
 #include <QDebug>
 #include <QScrollBar>
@@ -52,6 +60,7 @@ Body::Body(QWidget *parent)
     // CheckVals, the BG view and the position memory go here.
     setupBGSelect();
     setupMainView();
+    setupWindowPlaces();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
     // Last: the connection to the message server.
@@ -124,6 +133,26 @@ void Body::setupSelectionGroup()
     selGroup.addButton(ui->ShowResAnalysis, 3);
     for (QAbstractButton *b : selGroup.buttons())
         connect(b, &QAbstractButton::toggled, this, &Body::dispImgSelected);
+}
+
+void Body::setupWindowPlaces()
+{
+    // Names are the classes' (and panels') names, not the titles, which
+    // change with the language.
+    places = new WindowPlaces(this);
+    places->add(this, QStringLiteral("Body"));
+    places->add(xafsView, QStringLiteral("XafsView"));
+    places->add(bgView, QStringLiteral("BGView"));
+    places->add(analyzer, QStringLiteral("Analyzer"));
+    places->add(analyzer->xafsView(), QStringLiteral("AnalyzerXafsView"));
+    places->add(calibCtrl, QStringLiteral("CalibCtrl"));
+    places->add(saveDataCfg, QStringLiteral("SaveDataCfg"));
+    places->add(batchCtrl, QStringLiteral("BatchCtrl"));
+    for (SelectDataFiles *panel : {ui->SelectI1Files, ui->SelectI0Files}) {
+        places->add(panel->eofSetup(), panel->objectName() + QStringLiteral("-EOFSetup"));
+        places->add(panel->additionalSetup(), panel->objectName() + QStringLiteral("-AdditionalSetup"));
+    }
+    places->saveOnClose(this);
 }
 
 void Body::setupAnalyzer2()

@@ -1,4 +1,6 @@
+#include "app/Body.h"
 #include "app/WindowGeometry.h"
+#include "app/WindowPlaces.h"
 
 #include <QSettings>
 #include <QStandardPaths>
@@ -14,6 +16,7 @@ private slots:
     void roundTrip_data();
     void roundTrip();
     void defaults();
+    void everyWindowOfTheProgram();
 };
 
 void TestWindowGeometry::initTestCase()
@@ -78,6 +81,50 @@ void TestWindowGeometry::defaults()
     QCOMPARE(w.pos(), QPoint(200, 200));
     QVERIFY(w.isVisible());
     QVERIFY(popUp);
+}
+
+// Every window the main window owns is kept, and a new session gets back
+// what the last one left when its main window closed.
+void TestWindowGeometry::everyWindowOfTheProgram()
+{
+    QStringList names;
+    QVector<QSize> sizes; // each window grown from its own size, past its minimum
+    {
+        Body a;
+        WindowPlaces *p = a.windowPlaces();
+        names = p->names();
+        QVector<QWidget *> kept;
+        for (const QString &n : names)
+            kept << p->window(n);
+        const QList<QWidget *> children = a.findChildren<QWidget *>();
+        for (QWidget *w : children) {
+            if (w->windowType() == Qt::Window)
+                QVERIFY2(kept.contains(w), qPrintable(w->metaObject()->className() + QString(" is not kept")));
+        }
+        // nothing stored yet: no window is shown or moved by the restore
+        p->restoreAll();
+        for (QWidget *w : kept)
+            QVERIFY(!w->isVisible());
+        a.show();
+        for (int i = 0; i < names.size(); ++i) {
+            QWidget *w = kept[i];
+            sizes << w->size().expandedTo(w->minimumSizeHint()) + QSize(10 + i, 7 + i);
+            w->resize(sizes.last());
+            w->move(20 + 5 * i, 30 + 3 * i);
+            if (w != &a)
+                w->setVisible(i % 2 == 1);
+        }
+        a.close();
+    }
+    Body b;
+    b.windowPlaces()->restoreAll();
+    QCOMPARE(b.windowPlaces()->names(), names);
+    for (int i = 0; i < names.size(); ++i) {
+        const QWidget *w = b.windowPlaces()->window(names[i]);
+        QCOMPARE(w->size(), sizes[i]);
+        QCOMPARE(w->pos(), QPoint(20 + 5 * i, 30 + 3 * i));
+        QCOMPARE(w->isVisible(), w == &b || i % 2 == 1);
+    }
 }
 
 QTEST_MAIN(TestWindowGeometry)
