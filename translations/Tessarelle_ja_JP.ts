@@ -536,7 +536,7 @@
     </message>
     <message>
         <source>Residual / F.V.</source>
-        <translation>残差 / 特徴値</translation>
+        <translation>残留吸収 / 特徴値</translation>
     </message>
     <message>
         <source>Residual Absorption</source>
@@ -970,7 +970,7 @@
     </message>
     <message>
         <source>Res. Analysis</source>
-        <translation>残差解析</translation>
+        <translation>解析結果</translation>
     </message>
     <message>
         <source>Show the selected analysis map over the image</source>
@@ -2474,7 +2474,7 @@
     </message>
     <message>
         <source>first 1-D, one a frame</source>
-        <translation>最初の1次元 (フレームごとに一つ)</translation>
+        <translation>最初の1次元データセット</translation>
     </message>
     <message>
         <source>Path of the frames&apos; energies in the HDF5 file; empty takes the first 1-D dataset with one value a frame, and without one the energy setup gives them</source>
