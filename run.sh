@@ -4,8 +4,8 @@
 # demo-data/ on the first run (scripts/make-demo-data.py) and loaded by the
 # batch demo-data/demo.bat, then maps the edge position over the whole stack
 # and shows the map with its colour bar, and the spectrum window at the centre
-# of the copper disc. The map is saved as build/demo/edge-map.tif (with its
-# colour bar, edge-map-0-cBar.tif) and its picture as build/demo/edge-map.png.
+# of the copper disc. The map is saved as build/demo/edge-map-0.tif (with its
+# colour bar, edge-map-0--cBar.tif) and its picture as build/demo/edge-map.png.
 # --headless runs the same offscreen and quits at the end: a generated
 # configuration ends its start-up batch with ":end", so that the dispatcher is
 # idle, and the generated batch file ends with "quit", run by -x. Its window

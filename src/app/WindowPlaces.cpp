@@ -23,15 +23,25 @@ void WindowPlaces::saveOnClose(QWidget *w)
         w->installEventFilter(this);
 }
 
-void WindowPlaces::restoreAll() const
+void WindowPlaces::restoreAll()
 {
     const QStringList stored = QSettings(QStringLiteral("Norvale Qelt"), QStringLiteral("Tessarelle")).childGroups();
-    for (const Entry &e : entries) {
+    for (Entry &e : entries) {
         if (!e.window || !stored.contains(e.name))
             continue;
         bool popUp = true;
         restoreWindowGeometry(e.window, e.name, &popUp);
+        e.restored = true;
     }
+}
+
+bool WindowPlaces::restored(const QWidget *w) const
+{
+    for (const Entry &e : entries) {
+        if (e.window == w)
+            return e.restored;
+    }
+    return false;
 }
 
 void WindowPlaces::saveAll() const

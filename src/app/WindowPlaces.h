@@ -25,7 +25,7 @@ public:
     // Windows stored before get their size, place and visibility back; a
     // window never stored keeps what the program gave it (the stored
     // defaults would show every window at 400x400).
-    void restoreAll() const;
+    void restoreAll();
     void saveAll() const;
 
 public slots:
@@ -34,6 +34,10 @@ public slots:
     void saveOnce();
 
 public:
+
+    // Whether restoreAll gave w a stored place: then the window's own
+    // first placement stands back.
+    bool restored(const QWidget *w) const;
 
     QStringList names() const;
     QWidget *window(const QString &name) const;
@@ -45,6 +49,7 @@ private:
     struct Entry {
         QPointer<QWidget> window;
         QString name;
+        bool restored = false;
     };
     QVector<Entry> entries;
     bool saved = false;

@@ -6,6 +6,7 @@
 
 #include "analysis/Analyzed2DRes.h"
 #include "app/Globals.h"
+#include "app/WindowPlaces.h"
 #include "batch/CmdArgs.h"
 #include "images/SelectDataFiles.h"
 #include "ui_Body.h"
@@ -276,8 +277,9 @@ void Body::setupXafsView()
     // Shown once the event loop runs, that is after main() has shown this
     // window, so that the plot comes up on top of it; a main window that is
     // never shown (a test) brings up no plot.
+    // A place kept from the last session wins over all this.
     QTimer::singleShot(0, xafsView, [this]() {
-        if (!isVisible())
+        if (!isVisible() || (places && places->restored(xafsView)))
             return;
         // Beside the main window where the screen has room, so that the plot
         // does not hide the image it belongs to, and as tall as the main
