@@ -18,15 +18,13 @@
 namespace {
 
 struct Text {
-    QString context, source, comment;
+    QString context, source;
 };
 
+// Enough for the literals of tr(): quotes are the one escape they use.
 QString unescape(QString s)
 {
-    s.replace(QLatin1String("\\n"), QLatin1String("\n"));
-    s.replace(QLatin1String("\\\""), QLatin1String("\""));
-    s.replace(QLatin1String("\\\\"), QLatin1String("\\"));
-    return s;
+    return s.replace(QLatin1String("\\\""), QLatin1String("\""));
 }
 
 // The context of a form's strings is its top-level class.
@@ -45,10 +43,9 @@ QVector<Text> formTexts(const QString &path)
             context = x.readElementText();
         } else if (x.name() == QLatin1String("string")) {
             const bool notr = x.attributes().value(QLatin1String("notr")) == QLatin1String("true");
-            const QString comment = x.attributes().value(QLatin1String("comment")).toString();
             const QString s = x.readElementText();
             if (!notr && !s.isEmpty())
-                out.append({context, s, comment});
+                out.append({context, s});
         }
     }
     return out;
@@ -75,24 +72,15 @@ QVector<Text> codeTexts(const QString &path)
         QString cls;
         for (auto d = definition.globalMatch(code.left(m.capturedStart())); d.hasNext();)
             cls = d.next().captured(1);
-        out.append({cls, unescape(m.captured(1)), QString()});
+        out.append({cls, unescape(m.captured(1))});
     }
     for (const QRegularExpression *re : {&classTr, &withContext}) {
         for (auto it = re->globalMatch(code); it.hasNext();) {
             const auto m = it.next();
-            out.append({m.captured(1), unescape(m.captured(2)), QString()});
+            out.append({m.captured(1), unescape(m.captured(2))});
         }
     }
     return out;
-}
-
-QTranslator *japanese()
-{
-    static QTranslator *t = [] {
-        auto *tr = new QTranslator;
-        return tr->load(QStringLiteral(":Tessarelle_ja_JP")) ? tr : nullptr;
-    }();
-    return t;
 }
 
 } // namespace
@@ -105,11 +93,14 @@ private slots:
     void everyStringTranslated_data();
     void everyStringTranslated();
     void windowsShowNoEnglishPhrase();
+
+private:
+    QTranslator japanese;
 };
 
 void TestTranslation::initTestCase()
 {
-    QVERIFY2(japanese(), "the resource :Tessarelle_ja_JP is missing from the build");
+    QVERIFY2(japanese.load(QStringLiteral(":Tessarelle_ja_JP")), "the resource :Tessarelle_ja_JP is missing");
 }
 
 void TestTranslation::everyStringTranslated_data()
@@ -141,9 +132,7 @@ void TestTranslation::everyStringTranslated()
         const QVector<Text> texts = path.endsWith(QLatin1String(".ui")) ? formTexts(path) : codeTexts(path);
         found += texts.size();
         for (const Text &t : texts) {
-            if (t.context.isEmpty()
-                || japanese()->translate(qPrintable(t.context), qPrintable(t.source),
-                                         t.comment.isEmpty() ? nullptr : qPrintable(t.comment)).isEmpty())
+            if (japanese.translate(qPrintable(t.context), qPrintable(t.source)).isEmpty())
                 missing << QStringLiteral("%1 [%2] \"%3\"").arg(QFileInfo(path).fileName(), t.context, t.source);
         }
     }
@@ -157,7 +146,7 @@ void TestTranslation::everyStringTranslated()
 void TestTranslation::windowsShowNoEnglishPhrase()
 {
     QVERIFY2(installQtJapanese(this), "Qt's own Japanese translation is missing (qt6-translations-l10n)");
-    QCoreApplication::installTranslator(japanese());
+    QCoreApplication::installTranslator(&japanese);
     Body b;
     static const QRegularExpression phrase(QStringLiteral("\\b[A-Za-z]{3,}\\s+[A-Za-z][A-Za-z0-9]+"));
     QStringList english;
@@ -167,7 +156,7 @@ void TestTranslation::windowsShowNoEnglishPhrase()
     };
     QList<QWidget *> all = b.findChildren<QWidget *>();
     all << &b;
-    for (const QWidget *w : all) {
+    for (const QWidget *w : std::as_const(all)) {
         if (w->isWindow())
             check(w, w->windowTitle());
         check(w, w->toolTip());
@@ -178,7 +167,7 @@ void TestTranslation::windowsShowNoEnglishPhrase()
         else if (auto *g = qobject_cast<const QGroupBox *>(w))
             check(w, g->title());
     }
-    QCoreApplication::removeTranslator(japanese());
+    QCoreApplication::removeTranslator(&japanese);
     QVERIFY2(english.isEmpty(), qPrintable(english.join(QLatin1Char('\n'))));
 }
 
