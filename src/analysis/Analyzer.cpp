@@ -36,7 +36,7 @@ QFileDialog *mapDialog(QWidget *parent)
     auto *d = new QFileDialog(parent);
     d->setFileMode(QFileDialog::ExistingFile);
     d->setAcceptMode(QFileDialog::AcceptOpen);
-    d->setNameFilters({QStringLiteral("Energy Shift Map File (*.emp)"), QStringLiteral("Any Files (* *.*)")});
+    d->setNameFilters({Analyzer::tr("Energy Shift Map File (*.emp)"), Analyzer::tr("Any Files (* *.*)")});
     d->setDirectory(gDataRoot);
     return d;
 }
@@ -71,7 +71,7 @@ void Analyzer::setupForm()
     setWindowFlag(Qt::Window);
     xafsView_ = new XafsView(this);
     xafsView_->setWindowFlag(Qt::Window);
-    xafsView_->setWindowTitle(QStringLiteral("Analyzing Spectrum"));
+    xafsView_->setWindowTitle(tr("Analyzing Spectrum"));
     xafsView_->setOthers({&fitted}, {QPen(QColor(128, 192, 0), 2)});
     ui->ShowAnalyzer2->setVisible(gShowAnalyzer2Button);
     sumUpCtrl = new SumUpCtrl(this);
@@ -219,7 +219,7 @@ void Analyzer::addNewRef()
 {
     auto *r = new LCFReference(ui->RefBase);
     lcfrs << r;
-    r->fileSelect()->setSelectText(QStringLiteral("Select Ref%1").arg(lcfrs.size()));
+    r->fileSelect()->setSelectText(tr("Select Ref%1").arg(lcfrs.size()));
     const bool inUse = lcfrs.size() <= 3;
     r->fileSelect()->setUse(inUse);
     r->use = inUse;

@@ -11,7 +11,7 @@ LCFReference::LCFReference(QWidget *parent)
     ui->setupUi(this);
     maps << new Analyzed2DRes(QStringLiteral("LCF Ref 1"), this) << new Analyzed2DRes(QStringLiteral("LCF Ref 2"), this);
     ui->XFS->showUse(true);
-    ui->XFS->setTitle(QStringLiteral("Use"));
+    ui->XFS->setTitle(tr("Use"));
     // The file name needs the room more than the buttons do.
     ui->XFS->setMaxSelectBW(100);
     ui->XFS->setMaxClearBW(50);

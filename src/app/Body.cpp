@@ -8,10 +8,13 @@
 #include "analysis/LcfFit.h"
 #include "analysis/LCFReference.h"
 #include "app/Globals.h"
-#include "app/WindowPlace.h"
+#include "app/WindowPlaces.h"
 #include "batch/BatchCtrl.h"
 #include "batch/ExCmdId.h"
 #include "calibration/CalibCtrl.h"
+#include "images/EOFSetup.h"
+#include "images/SelectDataFiles.h"
+#include "images/SelectDataFilesAdditionalSetup.h"
 #include "saving/SaveDataCfg.h"
 #include "spectrum/ElmEdges.h"
 #include "spectrum/XafsSpectrum.h"
@@ -61,7 +64,7 @@ Body::Body(QWidget *parent)
     // CheckVals, the BG view and the position memory go here.
     setupBGSelect();
     setupMainView();
-    keepWindowPlaces();
+    setupWindowPlaces();
 
     feedConfiguredBatch(gConfig.allRestsOf(QStringLiteral("BATCH")));
     // Last: the connection to the message server.
@@ -118,7 +121,7 @@ void Body::setupForm()
                                     + ui->sideScroll->verticalScrollBar()->sizeHint().width());
     // Frames render through the colour bar from here on.
     gColorBar = ui->CBar;
-    ui->CBarAll->setText(QStringLiteral("Set All"));
+    ui->CBarAll->setText(tr("Set All"));
     // The end of a drag has no receiver: a drag recolours the frame on
     // screen only, and "Set All" is the one way to recolour a whole stack.
     connect(ui->CBar, &ColorBar::cBarUpdating, this, &Body::cBarUpdating);
@@ -136,15 +139,28 @@ void Body::setupSelectionGroup()
         connect(b, &QAbstractButton::toggled, this, &Body::dispImgSelected);
 }
 
-void Body::keepWindowPlaces()
+void Body::setupWindowPlaces()
 {
-    const QList<QPair<QWidget *, const char *>> windows{
-        {this, "Body"},           {batchCtrl, "BatchCtrl"},     {analyzer, "Analyzer"},
-        {analyzer->xafsView(), "AnalyzingSpectrum"},            {analyzer2, "Analyzer2"},
-        {calibCtrl, "CalibCtrl"}, {saveDataCfg, "SaveDataCfg"}, {xafsView, "XafsView"},
-        {bgView, "BGView"}};
-    for (const auto &w : windows)
-        WindowPlace::keep(w.first, QString::fromLatin1(w.second));
+    // Names are the classes' (and panels') names, not the titles, which
+    // change with the language.
+    places = new WindowPlaces(this);
+    places->add(this, QStringLiteral("Body"));
+    places->add(xafsView, QStringLiteral("XafsView"));
+    places->add(bgView, QStringLiteral("BGView"));
+    places->add(analyzer, QStringLiteral("Analyzer"));
+    places->add(analyzer->xafsView(), QStringLiteral("AnalyzerXafsView"));
+    places->add(calibCtrl, QStringLiteral("CalibCtrl"));
+    places->add(saveDataCfg, QStringLiteral("SaveDataCfg"));
+    places->add(batchCtrl, QStringLiteral("BatchCtrl"));
+    for (SelectDataFiles *panel : {ui->SelectI1Files, ui->SelectI0Files}) {
+        places->add(panel->eofSetup(), panel->objectName() + QStringLiteral("-EOFSetup"));
+        places->add(panel->additionalSetup(), panel->objectName() + QStringLiteral("-AdditionalSetup"));
+    }
+    places->add(analyzer2, QStringLiteral("Analyzer2"));
+    places->add(imgProc, QStringLiteral("ImgProc"));
+    places->add(stats, QStringLiteral("Stats"));
+    places->add(analyzer->fvView, QStringLiteral("FVView"));
+    places->saveOnClose(this);
 }
 
 void Body::feedConfiguredBatch(const QStringList &cmdLines)

@@ -35,6 +35,7 @@ class XafsFileSelect;
 class _FileDialog;
 struct AbsorptionInput;
 class XafsView;
+class WindowPlaces;
 
 namespace Ui {
 class Body;
@@ -62,6 +63,10 @@ public:
     // and fit window that every spectrum analysis is handed, read from the
     // panel's fields at the moment of the call.
     SuggestElm suggestElm() const;
+
+    // Every window of the program under the name its place is kept by
+    // (src/app/Body.cpp); main restores them before the first show.
+    WindowPlaces *windowPlaces() const { return places; }
 
 signals:
     // Ends the program: main() connects it to QApplication::closeAllWindows.
@@ -146,7 +151,6 @@ private:
     void setupFilePanels();
     void setupAnalyzer2();
     // Every window's place is stored as it is hidden and restored at start.
-    void keepWindowPlaces();
     void feedConfiguredBatch(const QStringList &cmdLines);
 
     std::unique_ptr<Ui::Body> ui;
@@ -326,6 +330,12 @@ private:
     int curX = 0;
     int curY = 0;
     DrawText posText;
+
+private:
+    void setupWindowPlaces();
+    WindowPlaces *places = nullptr;
+
+public:
 
     // Network (src/network/BodyNetwork.cpp): the message-server client,
     // whose settings frame stands in the side column, and the TCP target

@@ -1,7 +1,9 @@
 // Process entry: globals, command line, configuration, the main window.
 #include "app/Body.h"
 #include "app/Globals.h"
+#include "app/QtTranslation.h"
 #include "app/StartupOptions.h"
+#include "app/WindowPlaces.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -44,11 +46,16 @@ int main(int argc, char **argv)
             QCoreApplication::installTranslator(translator);
         else
             qDebug().noquote() << "Can't load the translation :Tessarelle_ja_JP";
+        // the file dialogs' own buttons and labels
+        installQtJapanese(app);
     }
 
     // 12.-14.
     auto *body = new Body;
+    // Places are taken before closeAllWindows hides the windows.
+    QObject::connect(body, &Body::finishing, body->windowPlaces(), &WindowPlaces::saveOnce);
     QObject::connect(body, &Body::finishing, app, &QApplication::closeAllWindows);
+    body->windowPlaces()->restoreAll();
     body->show();
 
     // 15.-16. The -b file goes into the batch editor (a file that cannot be

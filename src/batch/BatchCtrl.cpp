@@ -3,6 +3,7 @@
 #include "batch/BatchDispatcher.h"
 #include "ui_BatchCtrl.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
 #include <QFileDialog>
@@ -15,7 +16,8 @@ QFileDialog *makeDialog(QWidget *parent, const QString &dir, QFileDialog::Accept
 {
     auto *d = new QFileDialog(parent);
     d->setDirectory(dir);
-    d->setNameFilters({QStringLiteral("Batch File (*.bat)"), QStringLiteral("Any Files (* *.*)")});
+    d->setNameFilters({QCoreApplication::translate("BatchCtrl", "Batch File (*.bat)"),
+                       QCoreApplication::translate("BatchCtrl", "Any Files (* *.*)")});
     d->setAcceptMode(mode);
     d->setFileMode(mode == QFileDialog::AcceptSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     return d;

@@ -20,7 +20,7 @@ QFileDialog *mapDialog(QWidget *parent, bool save)
     auto *d = new QFileDialog(parent);
     d->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     d->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    d->setNameFilters({QStringLiteral("Energy Shift Map File (*.emp)"), QStringLiteral("Any Files (* *.*)")});
+    d->setNameFilters({CalibCtrl::tr("Energy Shift Map File (*.emp)"), CalibCtrl::tr("Any Files (* *.*)")});
     d->setDirectory(gDataRoot);
     return d;
 }
@@ -35,7 +35,7 @@ CalibCtrl::CalibCtrl(QWidget *parent)
     ui->setupUi(this);
     for (const Crystal &c : Crystals)
         ui->SelCrystal->addItem(QString::fromLatin1(c.name), c.d);
-    ui->SelectStd->setSelectText(QStringLiteral("Select Std."));
+    ui->SelectStd->setSelectText(tr("Select Std."));
     ui->SelectStd->showUse(false);
     saveDialog = mapDialog(this, true);
     loadDialog = mapDialog(this, false);

@@ -56,15 +56,15 @@ void Body::setupAbsorption()
 
     // The two total-I0 selectors sit under the dark controls; the form has
     // no place for them, so they are made here.
-    auto *box = new QGroupBox(QStringLiteral("Total I0"), this);
+    auto *box = new QGroupBox(tr("Total I0"), this);
     box->setObjectName(QStringLiteral("TotalI0Box"));
     auto *layout = new QVBoxLayout(box);
     totalI0ofI1Select = new XafsFileSelect(box);
     totalI0ofI1Select->setObjectName(QStringLiteral("TotalI0ofI1XAFS"));
-    totalI0ofI1Select->setTitle(QStringLiteral("Total I0 of I1"));
+    totalI0ofI1Select->setTitle(tr("Total I0 of I1"));
     totalI0ofI0Select = new XafsFileSelect(box);
     totalI0ofI0Select->setObjectName(QStringLiteral("TotalI0ofI0XAFS"));
-    totalI0ofI0Select->setTitle(QStringLiteral("Total I0 of I0"));
+    totalI0ofI0Select->setTitle(tr("Total I0 of I0"));
     layout->addWidget(totalI0ofI1Select);
     layout->addWidget(totalI0ofI0Select);
     ui->sideLayout->insertWidget(ui->sideLayout->indexOf(ui->DarkBox) + 1, box);
@@ -76,7 +76,7 @@ void Body::setupBGSelect()
 {
     bgSelect = new XafsFileSelect(this);
     bgSelect->setObjectName(QStringLiteral("SelectBG"));
-    bgSelect->setTitle(QStringLiteral("BG File"));
+    bgSelect->setTitle(tr("BG File"));
     ui->sideLayout->insertWidget(ui->sideLayout->indexOf(ui->DarkBox) + 2, bgSelect);
     connect(bgSelect, &XafsFileSelect::newFile, this, &Body::selectedBG);
     connect(bgSelect, &XafsFileSelect::cleared, this, &Body::clearedBG);

@@ -35,8 +35,8 @@ bool addressesI1(EX_CMD_ID id)
 
 void Body::setupFilePanels()
 {
-    ui->SelectI1Files->setTitle(QStringLiteral("I1 Data"));
-    ui->SelectI0Files->setTitle(QStringLiteral("I0 Data"));
+    ui->SelectI1Files->setTitle(tr("I1 Data"));
+    ui->SelectI0Files->setTitle(tr("I0 Data"));
 }
 
 void Body::execFilePanelCmd(EX_CMD_ID id, const QStringList &args)

@@ -32,7 +32,7 @@ EOFSetup::EOFSetup(QWidget *parent)
     refDialog = new QFileDialog(this);
     refDialog->setFileMode(QFileDialog::ExistingFile);
     refDialog->setAcceptMode(QFileDialog::AcceptOpen);
-    refDialog->setNameFilters({ QStringLiteral("XAFS Data File (*.dat)"), QStringLiteral("Any Files (* *.*)") });
+    refDialog->setNameFilters({ tr("XAFS Data File (*.dat)"), tr("Any Files (* *.*)") });
     refDialog->setDirectory(gDataRoot);
     connect(ui->SelRefFile, &QPushButton::clicked, refDialog, &QWidget::show);
     connect(refDialog, &QFileDialog::fileSelected, this, &EOFSetup::setEngByRef);
@@ -60,7 +60,7 @@ EOFSetup::~EOFSetup() = default;
 void EOFSetup::setTitle(const QString &t)
 {
     title = t;
-    setWindowTitle(QStringLiteral("Energy of Files Setup: ") + t);
+    setWindowTitle(tr("Energy of Files Setup: %1").arg(t));
 }
 
 EngOfFiles EOFSetup::settings() const

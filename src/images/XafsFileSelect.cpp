@@ -19,7 +19,7 @@ XafsFileSelect::XafsFileSelect(QWidget *parent)
     dialog = new QFileDialog(this);
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
-    dialog->setNameFilters({ QStringLiteral("XAFS Data File (*.dat)"), QStringLiteral("Any Files (* *.*)") });
+    dialog->setNameFilters({ tr("XAFS Data File (*.dat)"), tr("Any Files (* *.*)") });
     dialog->setDirectory(gDataRoot);
 
     connect(ui->Select, &QPushButton::clicked, dialog, &QWidget::show);

@@ -7,7 +7,7 @@ _FileDialog::_FileDialog(QWidget *parent, bool single)
 {
     setFileMode(single ? QFileDialog::ExistingFile : QFileDialog::ExistingFiles);
     setAcceptMode(QFileDialog::AcceptOpen);
-    setNameFilters({ QStringLiteral("MQRS Files, IMG Files, Tiff Files (*.dat *.img *.tif *.tiff)"),
-                     QStringLiteral("HDF5 Files (*.h5 *.hdf5 *.nxs)"), QStringLiteral("Any Files (* *.*)") });
+    setNameFilters({ tr("MQRS Files, IMG Files, Tiff Files (*.dat *.img *.tif *.tiff)"),
+                     tr("HDF5 Files (*.h5 *.hdf5 *.nxs)"), tr("Any Files (* *.*)") });
     setDirectory(gDataRoot);
 }

@@ -38,11 +38,11 @@ void savePicture(const Picture &picture, const QString &path)
 
 void Body::setupSavePictures()
 {
-    const QStringList pictures{QStringLiteral("Picture (*.png *.jpg *.tif)"), QStringLiteral("Any Files (* *.*)")};
+    const QStringList pictures{tr("Picture (*.png *.jpg *.tif)"), tr("Any Files (* *.*)")};
     connect(ui->SaveImage, &QPushButton::clicked, this, [this, pictures] { askSaveName(pictures, &Body::saveImage); });
     connect(ui->SaveFlatDark, &QPushButton::clicked, this, &Body::saveFlatDark);
     connect(ui->SaveEachSpectrum, &QPushButton::clicked, this, [this] {
-        askSaveName({QStringLiteral("Data File (*.dat)"), QStringLiteral("Any Files (* *.*)")},
+        askSaveName({tr("Data File (*.dat)"), tr("Any Files (* *.*)")},
                     &Body::saveEachSpectrum);
     });
 }

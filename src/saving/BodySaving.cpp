@@ -40,9 +40,9 @@ void Body::setupSaving()
 void Body::showSaveDataDialog()
 {
     if (saveDataCfg->saveAsTiff())
-        askSaveName({QStringLiteral("Tiff File (*.tif)"), QStringLiteral("Any Files (* *.*)")}, &Body::saveData);
+        askSaveName({tr("Tiff File (*.tif)"), tr("Any Files (* *.*)")}, &Body::saveData);
     else
-        askSaveName({QStringLiteral("Data File (*.dat)"), QStringLiteral("Any Files (* *.*)")}, &Body::saveData);
+        askSaveName({tr("Data File (*.dat)"), tr("Any Files (* *.*)")}, &Body::saveData);
 }
 
 void Body::saveData(QString fname)

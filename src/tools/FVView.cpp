@@ -1,7 +1,6 @@
 #include "tools/FVView.h"
 
 #include "analysis/FeatureValueLists.h"
-#include "app/WindowGeometry.h"
 #include "tools/FVMaps.h"
 #include "ui_FVView.h"
 
@@ -49,18 +48,8 @@ FVView::~FVView() = default;
 
 void FVView::showWindow()
 {
-    if (!placed) {
-        restoreWindowGeometry(this, QStringLiteral("FVView"), nullptr);
-        placed = true;
-    }
     show();
     raise();
-}
-
-void FVView::hideEvent(QHideEvent *e)
-{
-    saveWindowGeometry(this, QStringLiteral("FVView"), true);
-    QFrame::hideEvent(e);
 }
 
 void FVView::updateMap()

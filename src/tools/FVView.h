@@ -34,9 +34,6 @@ public slots:
     void updateVMap();
     void updateVHMap();
 
-protected:
-    void hideEvent(QHideEvent *e) override;
-
 private:
     std::unique_ptr<Ui::FVView> ui;
     const FeatureValueLists *points;
@@ -44,5 +41,4 @@ private:
     int hMapSize;
     QImage fvMap;
     QImage fvHMap;
-    bool placed = false;
 };

@@ -1,6 +1,5 @@
 #include "tools/ImgProc.h"
 
-#include "app/WindowGeometry.h"
 #include "images/TiffData.h"
 #include "tools/EdgeAlign.h"
 #include "ui_ImgProc.h"
@@ -44,18 +43,8 @@ ImgProc::~ImgProc() = default;
 
 void ImgProc::showWindow()
 {
-    if (!placed) {
-        restoreWindowGeometry(this, QStringLiteral("ImgProc"), nullptr);
-        placed = true;
-    }
     show();
     raise();
-}
-
-void ImgProc::hideEvent(QHideEvent *e)
-{
-    saveWindowGeometry(this, QStringLiteral("ImgProc"), true);
-    QFrame::hideEvent(e);
 }
 
 void ImgProc::setImage(TiffData *frame)

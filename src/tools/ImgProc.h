@@ -62,10 +62,6 @@ public slots:
     void setShift();
     void clearAllShifts();
 
-protected:
-    // Closing or hiding keeps the window's place for the next start.
-    void hideEvent(QHideEvent *e) override;
-
 private:
     int shiftX() const;
     int shiftY() const;
@@ -83,6 +79,5 @@ private:
     std::unique_ptr<ProcImage> refBin;
     double nsp = 0;
     QImage screen;
-    bool placed = false;
     QSize lastSize;
 };

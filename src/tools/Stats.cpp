@@ -2,7 +2,6 @@
 
 #include "analysis/Analyzed2DRes.h"
 #include "app/TruncatedInt.h"
-#include "app/WindowGeometry.h"
 #include "ui_Stats.h"
 
 #include <QDebug>
@@ -40,18 +39,8 @@ Stats::~Stats() = default;
 
 void Stats::showWindow()
 {
-    if (!placed) {
-        restoreWindowGeometry(this, QStringLiteral("Stats"), nullptr);
-        placed = true;
-    }
     show();
     raise();
-}
-
-void Stats::hideEvent(QHideEvent *e)
-{
-    saveWindowGeometry(this, QStringLiteral("Stats"), true);
-    QFrame::hideEvent(e);
 }
 
 bool Stats::showOverImage() const

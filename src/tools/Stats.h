@@ -51,9 +51,6 @@ public slots:
     void setOverImage(bool f);
     void setCalcInSelectedRegion(bool f);
 
-protected:
-    void hideEvent(QHideEvent *e) override;
-
 private:
     void compute();
     void selectionChanged();
@@ -65,5 +62,4 @@ private:
     MapHistogram hist;
     double *dragged = nullptr;
     double pointedValue = 0;
-    bool placed = false;
 };

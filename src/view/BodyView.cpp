@@ -6,6 +6,7 @@
 
 #include "analysis/Analyzed2DRes.h"
 #include "app/Globals.h"
+#include "app/WindowPlaces.h"
 #include "batch/CmdArgs.h"
 #include "images/SelectDataFiles.h"
 #include "tools/ImgProc.h"
@@ -253,7 +254,7 @@ void Body::setupXafsView()
     // instead of keeping the program alive.
     xafsView = new XafsView(this);
     xafsView->setWindowFlags(Qt::Window);
-    xafsView->setWindowTitle(QStringLiteral("Spectrum at the position"));
+    xafsView->setWindowTitle(tr("Spectrum at the position"));
     xafsView->setSendVisible(gConfig.value(QStringLiteral("SHOW_SEND_TO_STARS_ON_XAFS_VIEW"), QStringLiteral("0")).toInt()
                              == 1);
     connect(this, &Body::currentPosition, xafsView, &XafsView::currentPosition);
@@ -278,8 +279,9 @@ void Body::setupXafsView()
     // Shown once the event loop runs, that is after main() has shown this
     // window, so that the plot comes up on top of it; a main window that is
     // never shown (a test) brings up no plot.
+    // A place kept from the last session wins over all this.
     QTimer::singleShot(0, xafsView, [this]() {
-        if (!isVisible())
+        if (!isVisible() || (places && places->restored(xafsView)))
             return;
         // Beside the main window where the screen has room, so that the plot
         // does not hide the image it belongs to, and as tall as the main
@@ -295,7 +297,7 @@ void Body::setupXafsView()
 
     bgView = new XafsView(this);
     bgView->setWindowFlags(Qt::Window);
-    bgView->setWindowTitle(QStringLiteral("BG Specturm"));
+    bgView->setWindowTitle(tr("BG Specturm"));
 }
 
 void Body::execXafsViewCmd(EX_CMD_ID id, const CmdLine &cmd)

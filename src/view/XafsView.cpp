@@ -7,6 +7,7 @@
 #include "view/GraphColors.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QDebug>
 #include <QFileDialog>
 #include <QPainter>
@@ -45,10 +46,10 @@ QPen dashed(QPen pen, const QVector<qreal> &pattern)
 
 QString statusLine(const XafsSpectrum &s)
 {
-    return QStringLiteral("dMut = %1, Edge %2 [eV] : %3 %4")
+    return QCoreApplication::translate("XafsView", "dMut = %1, Edge %2 [eV] : %3 %4")
         .arg(QString::asprintf("% 6.3e", s.dMut), QString::number(s.midx, 'g', 6).trimmed(),
-             s.midxOutOfRange ? QStringLiteral("Out of Range midx") : QString(),
-             s.midxNoisy ? QStringLiteral("Noizy to decide midx") : QString());
+             s.midxOutOfRange ? QCoreApplication::translate("XafsView", "Out of Range midx") : QString(),
+             s.midxNoisy ? QCoreApplication::translate("XafsView", "Noizy to decide midx") : QString());
 }
 
 // The ticks of niceRange as a count and a start, so that the caller steps by
@@ -509,7 +510,7 @@ void XafsView::onWheelMoved()
 void XafsView::askSaveFile()
 {
     const QString fname = QFileDialog::getSaveFileName(this, tr("Save"), gDataRoot,
-                                                       QStringLiteral("Data File (*.dat);;Any Files (* *.*)"));
+                                                       tr("Data File (*.dat);;Any Files (* *.*)"));
     if (!fname.isEmpty())
         saveData(fname);
 }

@@ -1,5 +1,6 @@
+#include "app/Body.h"
 #include "app/WindowGeometry.h"
-#include "app/WindowPlace.h"
+#include "app/WindowPlaces.h"
 
 #include <QSettings>
 #include <QStandardPaths>
@@ -15,7 +16,7 @@ private slots:
     void roundTrip_data();
     void roundTrip();
     void defaults();
-    void keeper();
+    void everyWindowOfTheProgram();
 };
 
 void TestWindowGeometry::initTestCase()
@@ -82,24 +83,53 @@ void TestWindowGeometry::defaults()
     QVERIFY(popUp);
 }
 
-// A kept window: stored as it is hidden, restored when kept again, and left
-// alone (not shown, not 400 x 400) while nothing is stored.
-void TestWindowGeometry::keeper()
+// Every window the main window owns is kept, and a new session gets back
+// what the last one left when its main window closed.
+void TestWindowGeometry::everyWindowOfTheProgram()
 {
+    QStringList names;
+    QVector<QSize> sizes; // each window grown from its own size, past its minimum
     {
-        QWidget w;
-        w.resize(300, 200);
-        WindowPlace::keep(&w, "Kept");
-        QCOMPARE(w.size(), QSize(300, 200));
-        QVERIFY(!w.isVisible());
-        w.show();
-        w.resize(333, 222);
-        w.hide();
+        Body a;
+        WindowPlaces *p = a.windowPlaces();
+        names = p->names();
+        QVector<QWidget *> kept;
+        for (const QString &n : names)
+            kept << p->window(n);
+        const QList<QWidget *> children = a.findChildren<QWidget *>();
+        for (QWidget *w : children) {
+            if (w->windowType() == Qt::Window)
+                QVERIFY2(kept.contains(w), qPrintable(w->metaObject()->className() + QString(" is not kept")));
+        }
+        // nothing stored yet: no window is shown or moved by the restore
+        p->restoreAll();
+        for (QWidget *w : kept)
+            QVERIFY(!w->isVisible());
+        QCOMPARE(kept.first(), static_cast<QWidget *>(&a));
+        a.show();
+        for (int i = 1; i < names.size(); ++i)
+            kept[i]->setVisible(i % 2 == 1);
+        // shown windows are laid out now, so that their minimum is known
+        QCoreApplication::processEvents();
+        for (int i = 0; i < names.size(); ++i) {
+            QWidget *w = kept[i];
+            sizes << w->size().expandedTo(w->minimumSizeHint()) + QSize(10 + i, 7 + i);
+            w->resize(sizes.last());
+            w->move(20 + 5 * i, 30 + 3 * i);
+        }
+        a.close();
     }
-    QWidget again;
-    WindowPlace::keep(&again, "Kept");
-    QCOMPARE(again.size(), QSize(333, 222));
-    QVERIFY(!again.isVisible());
+    Body b;
+    b.windowPlaces()->restoreAll();
+    // the plot's own first placement beside the main window stands back
+    QCoreApplication::processEvents();
+    QCOMPARE(b.windowPlaces()->names(), names);
+    for (int i = 0; i < names.size(); ++i) {
+        const QWidget *w = b.windowPlaces()->window(names[i]);
+        QCOMPARE(w->size(), sizes[i]);
+        QCOMPARE(w->pos(), QPoint(20 + 5 * i, 30 + 3 * i));
+        QCOMPARE(w->isVisible(), w == &b || i % 2 == 1);
+    }
 }
 
 QTEST_MAIN(TestWindowGeometry)

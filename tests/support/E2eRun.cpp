@@ -60,9 +60,9 @@ E2eResult E2eRun::run(const QStringList &args, int timeoutMs) const
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    // Windows keep their places in the settings: a run writes its own, not
-    // the user's.
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), tmp.path() + QStringLiteral("/settings"));
+    // Window places stay in the run folder: runs neither see the user's
+    // nor each other's.
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), tmp.path());
     p.setProcessEnvironment(env);
     p.setWorkingDirectory(tmp.path());
     p.setStandardOutputFile(QProcess::nullDevice());
