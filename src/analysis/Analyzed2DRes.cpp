@@ -163,6 +163,61 @@ void Analyzed2DRes::setData(int ix, int iy, int xw, int yw, double t)
     surface.add(ix, iy, t);
 }
 
+void Analyzed2DRes::setRowData(const int *xs, int count, int iy, int xw, int yw, const double *values,
+                               qsizetype stride)
+{
+    if (count <= 0)
+        return;
+    const qint64 w = std::abs(qint64(xw));
+    const qint64 v = std::abs(qint64(yw));
+    const qint64 y0 = std::max<qint64>(qint64(iy) - v, 0);
+    const qint64 y1 = std::min<qint64>(qint64(iy) + v, cond.areaH - 1);
+    // The blocks of the row, where they meet or overlap without a gap, leave
+    // each column the value of the last centre whose block holds it: one
+    // line of those, copied down the block's rows, is the whole row.
+    bool joined = true;
+    qint64 lo = 0;
+    qint64 hi = -1;
+    if (!data.empty() && y0 <= y1) {
+        rowLine.resize(size_t(cond.areaW));
+        for (int i = 0; i < count && joined; ++i) {
+            const qint64 x0 = std::max<qint64>(qint64(xs[i]) - w, 0);
+            const qint64 x1 = std::min<qint64>(qint64(xs[i]) + w, cond.areaW - 1);
+            if (x0 > x1)
+                continue;
+            if (hi >= lo && (x0 > hi + 1 || x0 < lo))
+                joined = false;
+            if (hi < lo)
+                lo = x0;
+            hi = std::max(hi, x1);
+            std::fill(rowLine.begin() + x0, rowLine.begin() + x1 + 1, values[i * stride]);
+        }
+    }
+    if (!joined) {
+        for (int i = 0; i < count; ++i)
+            setData(xs[i], iy, xw, yw, values[i * stride]);
+        return;
+    }
+    for (int i = 0; i < count; ++i) {
+        const double t = values[i * stride];
+        if (t > dataMax) {
+            dataMax = t;
+            maxPosX = xs[i];
+            maxPosY = iy;
+        }
+        if (t < dataMin) {
+            dataMin = t;
+            minPosX = xs[i];
+            minPosY = iy;
+        }
+        surface.add(xs[i], iy, t);
+    }
+    if (data.empty() || hi < lo)
+        return;
+    for (qint64 y = y0; y <= y1; ++y)
+        std::copy(rowLine.begin() + lo, rowLine.begin() + hi + 1, data.begin() + y * cond.areaW + lo);
+}
+
 double Analyzed2DRes::sumInBlock(int x, int y, int hw, int hv) const
 {
     double s = 0;

@@ -38,6 +38,12 @@ public:
     // drawn copies as an empty one of the same size. Nothing for a null source.
     void assignFrom(const Analyzed2DRes *src);
 
+    // setData(xs[i], iy, xw, yw, values[i * stride]) for i = 0 .. count - 1
+    // in turn, with the same extremes, positions, sums and data, for a row
+    // of centres xs in rising order: a block overlapped by the next is
+    // written once per row rather than once per centre.
+    void setRowData(const int *xs, int count, int iy, int xw, int yw, const double *values, qsizetype stride);
+
     // Sum of the data over x +- |hw|, y +- |hv|; points off the map count 0.
     double sumInBlock(int x, int y, int hw, int hv) const;
 
@@ -73,6 +79,7 @@ public:
     std::unique_ptr<QImage> image; // draws on imgBuf
     std::vector<uchar> imgBuf;
     std::vector<double> data;       // row-major, areaW x areaH
+    std::vector<double> rowLine;    // setRowData's line of one row
     double dataMin = 1e300;
     double dataMax = -1e300;
     int minPosX = 0, minPosY = 0;

@@ -758,6 +758,37 @@ void Analyzer::analyzeSpectrum(const XafsSpectrum &s, SuggestElm elm)
         emit analyzeSpectrumFV(s, sElm, std::max(0.01, fvEStep), fvElimReg, contAccess);
 }
 
+PointAnalyses Analyzer::pointAnalyses() const
+{
+    PointAnalyses p;
+    p.lcf = selLCF();
+    if (p.lcf) {
+        p.lcfRefs = lcfSnapshot();
+        p.lcfForm = ui->MLCF->isChecked() ? LcfForm::Mlcf : (worker->lcfOld ? LcfForm::Old : LcfForm::New);
+        p.lcfR1 = ui->LCFRange1->text().toDouble();
+        p.lcfR2 = ui->LCFRange2->text().toDouble();
+    }
+    p.dEdge = selDEdge();
+    p.dEdgeIsMid = dEdgeIsMid;
+    p.dEdgeMidRatio = dEdgeMidRatio;
+    p.dEdgeRef = dEdgeRef;
+    p.dEdgeRange = dEdgeCWRange * 0.5;
+    p.dEdgeInit = dEdgeCWInit;
+    p.dEdgeMin = dEdgeCWMin;
+    p.elems = selElems();
+    if (p.elems) {
+        p.elemConds = elemSnapshot();
+        p.elemsBg = elemsBgSnapshot();
+        p.mainT = mainTarget();
+    }
+    p.ra = selRA();
+    p.raFactor = raFactor;
+    p.raAtEV = raAtEV;
+    p.fv = selFV();
+    p.fvElimReg = fvElimReg;
+    return p;
+}
+
 QVector<LcfRefInput> Analyzer::lcfSnapshot() const
 {
     QVector<LcfRefInput> refs;

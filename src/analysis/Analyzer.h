@@ -6,6 +6,7 @@
 #include "analysis/FeatureValue.h"
 #include "analysis/FeatureValueLists.h"
 #include "analysis/LcfFit.h"
+#include "analysis/MapRun.h"
 #include "calibration/EMPHeader.h"
 #include "images/FDGroup.h"
 #include "spectrum/SuggestElm.h"
@@ -130,6 +131,9 @@ public:
     ElemsBg elemsBgSnapshot() const;
     // The index of the element whose "Target" is checked, 0 without one.
     int mainTarget() const;
+    // The analyses chosen and their parameters, as analyzeSpectrum would
+    // send them for a point now; the box, line type and element are Body's.
+    PointAnalyses pointAnalyses() const;
 
 signals:
     void askAnalyze();

@@ -10,12 +10,14 @@
 #include "analysis/Analyzer.h"
 #include "analysis/ElemCtrl.h"
 #include "analysis/LCFReference.h"
+#include "analysis/MapRun.h"
 #include "batch/CmdArgs.h"
 #include "images/TiffData.h"
 #include "ui_Body.h"
 #include "view/ImgDispA.h"
 
 #include <QDebug>
+#include <QThread>
 
 void Body::setupAnalyzer()
 {
@@ -104,6 +106,8 @@ void Body::start2DAnalysis()
     // pointer, or the last point of a stopped run) must not be taken for
     // this run's first point.
     analyzer->drainWorker();
+    if (startMapRun())
+        return;
     analyzeAPoint(analyzeCond);
 }
 
@@ -113,6 +117,148 @@ void Body::stop2DAnalysis()
     // nothing: the maps keep what was recorded, with the images last made.
     running2D = false;
     analyzer->setContAccess(false);
+    endMapRun();
+}
+
+bool Body::startMapRun()
+{
+    // TESSARELLE_SERIAL_RUN keeps the one-at-a-time path, against which the
+    // threaded run is compared. Without a chosen analysis neither path
+    // records anything, and the serial one shows it as it always has.
+    if (qEnvironmentVariableIntValue("TESSARELLE_SERIAL_RUN") || !analyzer->sel2DA())
+        return false;
+    PointAnalyses job = analyzer->pointAnalyses();
+    if (!(job.lcf || job.dEdge || job.elems || job.ra || job.fv))
+        return false;
+    job.hw = viewHalfWidth();
+    job.vw = viewHalfHeight();
+    job.lineType = targetLineType();
+    job.sElm = suggestElm();
+    analyzer->sElm = job.sElm;
+    std::vector<double> shifts;
+    AnalyzeCond c = analyzeCond;
+    do
+        shifts.push_back(pointEShift(c.ix, c.iy));
+    while (c.next());
+    mapRun = new MapRun(absorptionInput(), job, analyzeCond, std::move(shifts), QThread::idealThreadCount(), this);
+    connect(mapRun, &MapRun::rowsReady, this, &Body::recordMapRows, Qt::QueuedConnection);
+    mapRow = 0;
+    mapZ = analyzer->analyzeProc()->z;
+    mapRun->start();
+    return true;
+}
+
+void Body::endMapRun()
+{
+    delete mapRun;
+    mapRun = nullptr;
+}
+
+void Body::recordMapRows()
+{
+    while (running2D && mapRun) {
+        const double *values = mapRun->readyRow(mapRow);
+        if (!values)
+            return;
+        recordMapRow(mapRow, values);
+        mapRun->releaseRow();
+        const std::vector<int> &ys = mapRun->ys();
+        if (++mapRow >= int(ys.size())) {
+            endMapRun();
+            // Where the one-at-a-time walk ends.
+            while (analyzeCond.next()) {
+            }
+            generateResImages();
+            ui->dispA->update();
+            running2D = false;
+            analyzer->setContAccess(false);
+            analyzer->setProgress(100.0);
+            emit finishBatchExec(ANALYZER_EXEC_LCF);
+            return;
+        }
+        if (analyzer->dispOnTime())
+            generateResImages();
+        analyzer->setProgress(double(ys[size_t(mapRow)] - analyzeCond.yStart)
+                              / double(analyzeCond.yEnd - analyzeCond.yStart) * 100.0);
+    }
+}
+
+void Body::recordMapRow(int row, const double *v)
+{
+    const PointAnalyses &job = mapRun->job();
+    const std::vector<int> &xv = mapRun->xs();
+    const int *xs = xv.data();
+    const int n = int(xv.size());
+    const int iy = mapRun->ys()[size_t(row)];
+    const int bx = analyzeCond.binX;
+    const int by = analyzeCond.binY;
+    const qsizetype st = job.width;
+    if (job.lcf) {
+        // A fit without an answer (no points in range) records nothing; a
+        // point without a positive jump records zeros and the last residual.
+        const double *l = v + job.lcfAt;
+        const double none = double(int(LcfOutcome::Action::None));
+        const double fitted = double(int(LcfOutcome::Action::NewZAndFinished));
+        bool answered = true;
+        bool anyFit = false;
+        mapZRow.resize(size_t(n));
+        for (int i = 0; i < n; ++i) {
+            const double action = l[i * st];
+            answered = answered && action != none;
+            if (action == fitted) {
+                mapZ = l[i * st + 1];
+                anyFit = true;
+            }
+            mapZRow[size_t(i)] = mapZ;
+        }
+        if (anyFit)
+            analyzer->noticedNewZ(mapZ);
+        auto record = [&](int from, int count) {
+            int k = 0;
+            for (int j = 0; j < analyzer->lcfrs.size() && j < job.lcfRefs.size(); ++j) {
+                if (!job.lcfRefs.at(j).inUse)
+                    continue;
+                const double *amps = l + from * st + 2;
+                LCFReference *r = analyzer->lcfrs.at(j);
+                r->maps.at(0)->setRowData(xs + from, count, iy, bx, by, amps + k, st);
+                r->maps.at(1)->setRowData(xs + from, count, iy, bx, by, amps + job.usedRefs + k, st);
+                ++k;
+            }
+            analyzer->zansaMap.setRowData(xs + from, count, iy, bx, by, mapZRow.data() + from, 1);
+        };
+        if (answered)
+            record(0, n);
+        else
+            for (int i = 0; i < n; ++i)
+                if (l[i * st] != none)
+                    record(i, 1);
+    }
+    if (job.dEdge) {
+        analyzer->dEdgeMap.setRowData(xs, n, iy, bx, by, v + job.dEdgeAt, st);
+        analyzer->noticedNewDEdge(v[(n - 1) * st + job.dEdgeAt]);
+    }
+    if (job.elems) {
+        const int ne = int(job.elemConds.size());
+        for (int j = 0; j < analyzer->elems.size() && j < ne; ++j)
+            for (int kind = 0; kind < ElemCtrl::MapKinds; ++kind)
+                analyzer->elems.at(j)->maps.at(kind)->setRowData(xs, n, iy, bx, by,
+                                                                v + job.elemsAt + kind * ne + j, st);
+        const double c = analyzer->correlation;
+        const double cTh = c < analyzer->corTh ? 0.0 : c;
+        analyzer->elemsCorMap.setRowData(xs, n, iy, bx, by, &c, 0);
+        analyzer->elemsCorThMap.setRowData(xs, n, iy, bx, by, &cTh, 0);
+    }
+    if (job.ra) {
+        analyzer->raDMutMap.setRowData(xs, n, iy, bx, by, v + job.raAt, st);
+        analyzer->raRestMap.setRowData(xs, n, iy, bx, by, v + job.raAt + 1, st);
+    }
+    if (job.fv) {
+        for (int i = 0; i < n; ++i) {
+            const double *f = v + i * st + job.fvAt;
+            analyzer->fv = FeatureValue{f[0], f[1], f[2]};
+            analyzer->fvLists.record(analyzer->fv);
+        }
+    }
 }
 
 double Body::pointEShift(int ix, int iy) const

@@ -71,7 +71,7 @@ void assemble(const XafsSpectrum &s, const QVector<LcfRefInput> &refs,
 // the number of points of s. The curve lies on the corrected scale while the
 // comparison runs on raw x: a spectrum with an energy offset never fits
 // exactly, and that is how the residual has always been defined.
-double zansa(const XafsSpectrum &s, const XafsSpectrum &fitted, double sE, double eE,
+double zansa(const XafsSpectrum &s, const Spectrum &fitted, double sE, double eE,
              CurveWalker &walker)
 {
     walker.reset(fitted);
@@ -108,6 +108,17 @@ void LcfWorkspace::prepare(int size)
         rows[r] = store.data() + size_t(r) * m;
     std::fill(store.begin(), store.begin() + size_t(m) * m, 0.0);
     std::fill(vecs.begin(), vecs.begin() + m, 0.0);
+}
+
+void limitedSpectrum(const XafsSpectrum &point, double r1, double r2, XafsSpectrum &out)
+{
+    out.Spectrum::reset();
+    out.reserve(point.points.size());
+    for (const QPointF &p : point.points) {
+        if (r1 <= p.x() && p.x() <= r2)
+            out.addPoint(p.x(), p.y());
+    }
+    out.renew(QStringLiteral("limited-S"), 1, point.eOffset, SuggestElm(), XafsSpectrum::Curves::DoubleNormPre);
 }
 
 XafsSpectrum limitedSpectrum(const XafsSpectrum &point, double r1, double r2)
@@ -221,9 +232,15 @@ void analyzeLcf(const XafsSpectrum &s, const QVector<LcfRefInput> &refs, LcfForm
         }
         curve.addPoint(e, value);
     }
-    out.fitted = XafsSpectrum(curve, mlcf ? QStringLiteral("anal-MLCF") : QStringLiteral("anal-LCF"),
-                              1, 0, sElm);
-    out.z = zansa(s, out.fitted, sE, eE, w.fittedWalker);
+    // The curve's analysis changes none of its points: z reads the same
+    // numbers from the bare curve when nobody wants the analysed form.
+    if (out.makeFitted) {
+        out.fitted = XafsSpectrum(curve, mlcf ? QStringLiteral("anal-MLCF") : QStringLiteral("anal-LCF"),
+                                  1, 0, sElm);
+        out.z = zansa(s, out.fitted, sE, eE, w.fittedWalker);
+    } else {
+        out.z = zansa(s, curve, sE, eE, w.fittedWalker);
+    }
     out.writePanels = !contAccess;
     out.action = LcfOutcome::Action::NewZAndFinished;
 }

@@ -90,6 +90,9 @@ struct LcfOutcome
     // takes lcfCoefs[j] as its ratio (R) and lcfAmps[j] as its amplitude (T).
     // The fitted curve has already been built with these ratios.
     bool writePanels = false;
+    // False in a run, where nobody looks at the fitted curve: it is then
+    // left as it was and only z is computed from it.
+    bool makeFitted = true;
 
     LcfWorkspace work;
 };
@@ -98,6 +101,9 @@ struct LcfOutcome
 // [r1, r2], analysed afresh as "limited-S" with line type 1, the point's
 // eOffset and a default SuggestElm, whatever element the point had.
 XafsSpectrum limitedSpectrum(const XafsSpectrum &point, double r1, double r2);
+// The same into a spectrum kept from call to call (out must not be point),
+// with only the doubleNormPre curve that the fits read.
+void limitedSpectrum(const XafsSpectrum &point, double r1, double r2, XafsSpectrum &out);
 
 // Fits s (usually limitedSpectrum()) against the used references over
 // [sE0, eE0], builds the fitted curve over the references' common range with

@@ -20,9 +20,11 @@
 #include <QVector>
 
 #include <memory>
+#include <vector>
 
 class Analyzed2DRes;
 class Analyzer;
+class MapRun;
 class BatchCtrl;
 class BatchDispatcher;
 class SaveDataCfg;
@@ -393,6 +395,14 @@ signals:
 private:
     void setupAnalyzer();
     void analyzeAPoint(AnalyzeCond &ac);
+    // The run with many spectra in flight (MapRun): false, with nothing
+    // started, where the one-at-a-time path must take the run.
+    bool startMapRun();
+    // Records the rows the threads have finished, in walk order, and ends
+    // the run after the last.
+    void recordMapRows();
+    void recordMapRow(int row, const double *values);
+    void endMapRun();
     // The energy shift of a point of the run, from the shift map.
     double pointEShift(int ix, int iy) const;
     // The batch commands of the Analyzer window.
@@ -409,6 +419,10 @@ private:
     Analyzed2DRes *raRestMap = nullptr;
     Analyzed2DRes *raRatioMap = nullptr;
     Analyzed2DRes *fvMap = nullptr;
+    MapRun *mapRun = nullptr;
+    int mapRow = 0;     // the next row to record
+    double mapZ = 0;    // the residual a point without a fit records
+    std::vector<double> mapZRow;
 
     // Saving (src/saving/BodySaving.cpp): the map on display as TIFF or text.
 public slots:

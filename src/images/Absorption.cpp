@@ -136,6 +136,66 @@ void section(const AbsorptionInput &in, int index, bool inI0Stack, bool horizont
     }
 }
 
+const Spectrum *totalCurve(const AbsorptionInput &in)
+{
+    return (in.totalI0ofI1 && !in.totalI0ofI1->points.isEmpty()) ? &in.totalI0ofI1->i0Curve : nullptr;
+}
+
+void growDarkLists(const AbsorptionInput &in)
+{
+    if (in.useI1DarkArea && in.i1DarkList)
+        Absorption::updateDarkList(framesOf(in.i1Frames), in.dark, in.i1DarkRect, *in.i1DarkList);
+    if (in.useI0DarkArea && in.i0DarkList)
+        Absorption::updateDarkList(framesOf(in.i0Frames), in.dark, in.i0DarkRect, *in.i0DarkList);
+}
+
+// The formula of absorptionSpectrum once the box's sums can be had: i1Sum(i)
+// is I1 frame i's, i0At(i, e) the I0 stack's at the energy e of I1 frame i,
+// darkSum the dark frame's. The dark lists must have been grown.
+template <typename I1Sum, typename I0At>
+void fillSpectrum(const AbsorptionInput &in, int hw, int vw, double darkSum, I1Sum &&i1Sum, I0At &&i0At,
+                  Spectrum &out)
+{
+    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
+    // In double: widths near INT_MAX must not overflow. Signs as given.
+    const double n = (2.0 * hw + 1.0) * (2.0 * vw + 1.0);
+
+    double darkI1 = 0.0;
+    double darkI0 = 0.0;
+    if (in.dark) {
+        // Counts per ms of the dark, brought to each stack's exposure.
+        const double rate = darkSum / in.darkExpTime;
+        darkI1 = rate * in.i1ExpTime;
+        darkI0 = rate * in.i0ExpTime;
+    }
+
+    const bool i1Area = in.useI1DarkArea && in.i1DarkList;
+    const bool i0Area = in.useI0DarkArea && in.i0DarkList;
+    const Spectrum *total = totalCurve(in);
+
+    out.reserve(int(i1.size()));
+    for (qsizetype i = 0; i < i1.size(); ++i) {
+        const TiffData *frame = i1.at(i);
+        // The I1 list is at least as long as the stack after the update; a
+        // list of another stack's length may not be, and adds nothing then.
+        double d1 = darkI1;
+        if (i1Area && i < in.i1DarkList->size())
+            d1 = in.i1DarkList->at(i) * n + darkI1;
+        double d0 = darkI0;
+        if (i0Area && i < in.i0DarkList->size())
+            d0 = in.i0DarkList->at(i) * n + darkI0;
+
+        // The total I0 wins over both others; the stack is then not read.
+        double a = n;
+        if (total)
+            a = i < total->points.size() ? total->points.at(i).y() : 0.0;
+        else if (in.useI0)
+            a = i0At(i, frame->energy) - d0;
+        const double b = i1Sum(i) - d1;
+        out.addPoint(frame->energy, muOf(a, b, in.fluoType));
+    }
+}
+
 } // namespace
 
 namespace Absorption {
@@ -158,50 +218,55 @@ void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw,
     const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
     if (i1.isEmpty() || !centreInside(i1, x, y))
         return;
-
-    // In double: widths near INT_MAX must not overflow. Signs as given.
-    const double n = (2.0 * hw + 1.0) * (2.0 * vw + 1.0);
-
-    double darkI1 = 0.0;
-    double darkI0 = 0.0;
-    if (in.dark) {
-        // Counts per ms of the dark, brought to each stack's exposure.
-        const double rate = in.dark->boxSum(x, y, hw, vw) / in.darkExpTime;
-        darkI1 = rate * in.i1ExpTime;
-        darkI0 = rate * in.i0ExpTime;
-    }
-
-    const bool i1Area = in.useI1DarkArea && in.i1DarkList;
-    const bool i0Area = in.useI0DarkArea && in.i0DarkList;
-    if (i1Area)
-        updateDarkList(i1, in.dark, in.i1DarkRect, *in.i1DarkList);
-    if (i0Area)
-        updateDarkList(i0, in.dark, in.i0DarkRect, *in.i0DarkList);
-    const Spectrum *total = (in.totalI0ofI1 && !in.totalI0ofI1->points.isEmpty()) ? &in.totalI0ofI1->i0Curve
-                                                                                   : nullptr;
-
+    growDarkLists(in);
+    const double darkSum = in.dark ? in.dark->boxSum(x, y, hw, vw) : 0.0;
     StackSums i0Sums(i0, x, y, hw, vw);
-    out.reserve(int(i1.size()));
-    for (qsizetype i = 0; i < i1.size(); ++i) {
-        const TiffData *frame = i1.at(i);
-        // The I1 list is at least as long as the stack after the update; a
-        // list of another stack's length may not be, and adds nothing then.
-        double d1 = darkI1;
-        if (i1Area && i < in.i1DarkList->size())
-            d1 = in.i1DarkList->at(i) * n + darkI1;
-        double d0 = darkI0;
-        if (i0Area && i < in.i0DarkList->size())
-            d0 = in.i0DarkList->at(i) * n + darkI0;
+    fillSpectrum(
+        in, hw, vw, darkSum, [&](qsizetype i) { return i1.at(i)->boxSum(x, y, hw, vw); },
+        [&](qsizetype, double e) { return i0Sums.at(e); }, out);
+}
 
-        // The total I0 wins over both others; the stack is then not read.
-        double a = n;
-        if (total)
-            a = i < total->points.size() ? total->points.at(i).y() : 0.0;
-        else if (in.useI0)
-            a = i0Sums.at(frame->energy) - d0;
-        const double b = frame->boxSum(x, y, hw, vw) - d1;
-        out.addPoint(frame->energy, muOf(a, b, in.fluoType));
-    }
+AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
+    : in(input)
+{
+    growDarkLists(in);
+    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
+    const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
+    if (i0.size() < 2)
+        return;
+    pairA.resize(i1.size());
+    pairB.resize(i1.size());
+    for (qsizetype i = 0; i < i1.size(); ++i)
+        TiffData::interpolationPair(i0, i1.at(i)->energy, pairA[i], pairB[i]);
+}
+
+bool AbsorptionWalk::needsI0() const
+{
+    return in.useI0 && !totalCurve(in);
+}
+
+void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums, const double *i0Sums,
+                              double darkSum, Spectrum &out) const
+{
+    out.reset();
+    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
+    const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
+    if (i1.isEmpty() || !centreInside(i1, x, y))
+        return;
+    fillSpectrum(
+        in, hw, vw, darkSum, [&](qsizetype i) { return i1Sums[i]; },
+        [&](qsizetype i, double e) {
+            // As StackSums::at, from sums already taken.
+            const qsizetype n = i0.size();
+            if (n == 0)
+                return 1.0;
+            if (n == 1)
+                return i0Sums[0];
+            const qsizetype a = pairA[i];
+            const qsizetype b = pairB[i];
+            return TiffData::interpolateSums(i0.at(a)->energy, i0Sums[a], i0.at(b)->energy, i0Sums[b], e);
+        },
+        out);
 }
 
 void absorptionSpectrumByCorners(const AbsorptionInput &in, int x0, int y0, int x1, int y1, Spectrum &out)

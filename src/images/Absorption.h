@@ -1,9 +1,10 @@
 #pragma once
 
+#include "images/AbsorptionInput.h"
+
 #include <QRectF>
 #include <QVector>
 
-struct AbsorptionInput;
 class Spectrum;
 class TiffData;
 
@@ -40,6 +41,27 @@ namespace Absorption {
 //
 // Grows the dark lists that are in use (see updateDarkList).
 void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out);
+
+// absorptionSpectrum for walks over many boxes whose sums are taken in bulk
+// (BoxRowSums). Made once, on the thread that owns the dark lists (it grows
+// those in use, as each single box does), then read by any thread while the
+// stacks and lists stay as they are.
+struct AbsorptionWalk
+{
+    explicit AbsorptionWalk(const AbsorptionInput &in);
+    // Whether the spectra read the I0 stack's sums at all.
+    bool needsI0() const;
+    // absorptionSpectrum(in, x, y, hw, vw, out) to the bit, given the box
+    // sums at (x, y): one per I1 frame, one per I0 frame, and the dark
+    // frame's (unread without a dark frame).
+    void spectrum(int x, int y, int hw, int vw, const double *i1Sums, const double *i0Sums, double darkSum,
+                  Spectrum &out) const;
+
+    AbsorptionInput in;
+    // The two I0 frames read for each I1 frame, with two I0 frames or more.
+    QVector<qsizetype> pairA;
+    QVector<qsizetype> pairB;
+};
 
 // The same for the rectangle with corners (x0, y0) and (x1, y1): centre at
 // the truncated mean of the corners, half widths half the differences

@@ -99,6 +99,28 @@ double Spectrum::interpolateSmoothY(double x) const
     return lineThrough(points[i].x(), smoothY[i], points[i + 1].x(), smoothY[i + 1], x);
 }
 
+bool Spectrum::xRising() const
+{
+    const QPointF *p = points.constData();
+    for (qsizetype i = 0; i + 1 < points.size(); ++i) {
+        if (!(p[i].x() < p[i + 1].x()))
+            return false;
+    }
+    return true;
+}
+
+double Spectrum::smoothYAtPoint(int i) const
+{
+    // The search would find segment i, but the first and last points sit
+    // on the end segments.
+    const int n = points.size();
+    if (n == 1)
+        return smoothY[0];
+    const int k = i == 0 ? 0 : (i == n - 1 ? n - 2 : i);
+    const QPointF *p = points.constData();
+    return lineThrough(p[k].x(), smoothY[k], p[k + 1].x(), smoothY[k + 1], p[i].x());
+}
+
 void Spectrum::smooth(int halfWidth)
 {
     // A negative width would leave an empty window; it averages nothing

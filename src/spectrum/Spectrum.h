@@ -34,6 +34,11 @@ public:
     // The same over smoothY at the same x. Only the points that have a
     // smoothed value take part; none gives 0.
     double interpolateSmoothY(double x) const;
+    // True when every x is above the one before (none is NaN).
+    bool xRising() const;
+    // interpolateSmoothY(points[i].x()) to the bit, without the search, for
+    // a curve whose x rise and that has been smoothed since its last point.
+    double smoothYAtPoint(int i) const;
 
     // Moving average over i - halfWidth .. i + halfWidth, clipped at the ends
     // of the list and divided by the true count there.

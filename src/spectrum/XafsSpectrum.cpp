@@ -203,7 +203,37 @@ bool XafsSpectrum::read9809(QFile &file)
     return true;
 }
 
+void XafsSpectrum::renew(const QString &nm, int lt, double offset, const SuggestElm &elm, Curves curves)
+{
+    isMuteFormat = true;
+    name = nm;
+    sElm = elm;
+    pre = VictLine();
+    post = VictLine();
+    lineType = lt;
+    preStartRel = -1000;
+    postEndRel = 1000;
+    i0Curve.reset();
+    i1Curve.reset();
+    eOffset = offset;
+    midxOutOfRange = false;
+    midxNoisy = false;
+    midx = 0;
+    dMut = 0;
+    midRatio = 0;
+    deriveRelRanges();
+    // An empty curve is not analysed, and keeps no curves of another.
+    for (Spectrum *c : {&normPost, &doubleNormPost, &normPostPlus1, &doubleNormPre})
+        c->reset();
+    analyze(lineType, curves);
+}
+
 void XafsSpectrum::analyze(int lt)
+{
+    analyze(lt, Curves::All);
+}
+
+void XafsSpectrum::analyze(int lt, Curves curves)
 {
     const int n = points.size();
     if (n < 1)
@@ -250,7 +280,7 @@ void XafsSpectrum::analyze(int lt)
     midRatio = 0.5;
     midx = findMidx(0.5);
     dMut = post.valueAt(midx) - pre.valueAt(midx);
-    fillNormalised();
+    fillNormalised(curves);
 
     midxOutOfRange = false;
     midxNoisy = false;
@@ -266,7 +296,7 @@ void XafsSpectrum::analyze(int lt)
     }
 }
 
-void XafsSpectrum::fillNormalised()
+void XafsSpectrum::fillNormalised(Curves which)
 {
     Spectrum *curves[] = {&normPost, &doubleNormPost, &normPostPlus1, &doubleNormPre};
     const int n = points.size();
@@ -274,8 +304,21 @@ void XafsSpectrum::fillNormalised()
         // reset() keeps the capacity of the lists, so a spectrum analysed
         // again refills them without allocating.
         c->reset();
-        c->points.reserve(n);
     }
+    if (which == Curves::None)
+        return;
+    if (which == Curves::DoubleNormPre) {
+        doubleNormPre.points.reserve(n);
+        for (int i = 0; i < n; ++i) {
+            const double e = energyAt(i);
+            const double vPre = pre.valueAt(e);
+            const double gap = post.valueAt(e) - vPre;
+            doubleNormPre.addPoint(points[i].x(), (points[i].y() - vPre) / gap);
+        }
+        return;
+    }
+    for (Spectrum *c : curves)
+        c->points.reserve(n);
     // No guard on purpose: a zero jump or touching lines give inf or NaN,
     // and the later analyses see them as they are.
     for (int i = 0; i < n; ++i) {
@@ -320,16 +363,20 @@ double XafsSpectrum::findMidx(double ratio) const
     const int n = points.size();
     const double shift = activeShift();
     auto smoothAt = [this, shift](double e) { return interpolateSmoothY(e + shift); };
+    // Without a shift, point i's own energy reads its own segment: on a
+    // strictly rising grid that needs no search.
+    const bool ownSegment = shift == 0.0 && smoothY.size() >= n && xRising();
+    auto smoothAtPoint = [&](int i) { return ownSegment ? smoothYAtPoint(i) : smoothAt(energyAt(i)); };
 
     // The point where the smoothed curve passes the level between the lines
     // with the strongest rise over its two neighbours.
     double bestRise = 0.0;
     int best = 0;
     if (n >= 3) {
-        double sPrev = smoothAt(energyAt(0));
-        double sHere = smoothAt(energyAt(1));
+        double sPrev = smoothAtPoint(0);
+        double sHere = smoothAtPoint(1);
         for (int i = 1; i <= n - 2; ++i) {
-            const double sNext = smoothAt(energyAt(i + 1));
+            const double sNext = smoothAtPoint(i + 1);
             const double e = energyAt(i);
             const double level = post.valueAt(e) * ratio + pre.valueAt(e) * (1 - ratio);
             if (level > sPrev && sNext > level) {

@@ -24,6 +24,10 @@ class QTextStream;
 class XafsSpectrum : public Spectrum
 {
 public:
+    // The normalised curves an analysis fills: all four, only doubleNormPre
+    // (the one the edge comparison reads), or none. Those left out are empty.
+    enum class Curves { All, DoubleNormPre, None };
+
     XafsSpectrum();
     // Copies the curve of source, keeps the arguments and analyses it at once:
     // the usual way to make one from a box of pixels.
@@ -45,6 +49,13 @@ public:
     // four normalised curves and the two flags. Does nothing without points.
     // Allocates only where the curves outgrow the capacity they already have.
     void analyze(int lineType);
+    void analyze(int lineType, Curves curves);
+    // For a curve just refilled in place (after Spectrum::reset()): every
+    // other field back to what the constructor sets, then analysed as it
+    // would, with only the curves asked for. The same numbers as
+    // XafsSpectrum(curve, name, lineType, eOffset, sElm), without allocating
+    // once the lists have their room.
+    void renew(const QString &name, int lineType, double eOffset, const SuggestElm &sElm, Curves curves);
     // Fits pre below x + preEndRel and post above x + postStartRel, pulls an
     // inverted pair apart and generates the corrected forms. True when both
     // fits succeeded.
@@ -95,7 +106,7 @@ public:
 
 private:
     void deriveRelRanges();
-    void fillNormalised();
+    void fillNormalised(Curves curves);
     bool readColumns(QFile &file);
     bool read9809(QFile &file);
     void writeText(QTextStream &out, bool subtractOffset) const;

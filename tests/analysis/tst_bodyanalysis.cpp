@@ -72,6 +72,8 @@ void TestBodyAnalysis::stopAndRestart()
     set(b, "aHWidth_", "1");
     set(b, "aVWidth_", "1");
     QSignalSpy finished(&b, &Body::finishBatchExec);
+    // Point by point: the threaded run is stopped in tst_runpaths.
+    qputenv("TESSARELLE_SERIAL_RUN", "1");
 
     // Stopped as the third point ends: the fourth is then in flight.
     int ends = 0;
@@ -101,6 +103,7 @@ void TestBodyAnalysis::stopAndRestart()
             QCOMPARE(a->dEdgeMap.valueAt(x - 1, y + 1), a->dEdgeMap.valueAt(x, y)); // the block is filled
         }
     QVERIFY(a->dEdgeMap.imgValid);
+    qunsetenv("TESSARELLE_SERIAL_RUN");
 }
 
 void TestBodyAnalysis::stalledRunIsReleased()

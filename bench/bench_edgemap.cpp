@@ -1,0 +1,169 @@
+// The full-resolution edge map against a vectorised numpy program on the same
+// stack: side x side pixels, `frames` I1 frames with an I0 stack, box 21 x 21,
+// step 1. The stack is written once as TIFF files for the program and as raw
+// files for numpy_edgemap.py; the program runs headless and is timed between
+// the batch's own lines around analyzer_exec_2da; numpy times its own
+// computation with the stacks in memory. The maps are compared point by point.
+//
+//   bench_edgemap [side [frames [tessarelle [numpy_edgemap.py]]]]
+#include "images/TiffWriter.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+int side = 1024, frames = 300;
+const double E0 = 8830.0, DE = 1.0;
+
+quint16 i1Value(int x, int y, int k)
+{
+    const double e0 = 8979 + 4.0 * x / side - 3.0 * y / side;
+    const double mu = 0.4 + 0.6 * (0.5 + std::atan((E0 + DE * k - e0) / 2.0) / M_PI);
+    return quint16(20000 * std::exp(-mu) + (x * 7 + y * 3 + k) % 11);
+}
+
+quint16 i0Value(int x, int y, int k)
+{
+    return quint16(20000 + (x + 2 * y + k) % 17);
+}
+
+// Seconds between the lines "run-start" and "run-end" of the program's debug
+// stream, or -1.
+double timedRun(const QString &exe, const QString &dir, const QStringList &run, bool serial)
+{
+    QFile cfg(dir + "/bench.cfg");
+    cfg.open(QIODevice::WriteOnly);
+    cfg.write("batch :end\n");
+    cfg.close();
+    QStringList batch{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d",
+                      "load_I1_files_of_pattern new " + dir + "/ i1_*.tif",
+                      "load_I0_files_of_pattern new " + dir + "/ i0_*.tif",
+                      "set_view_w 10", "set_view_h 10", "saveDataCfg_save_as_text"};
+    batch << run << "quit";
+    QFile bat(dir + "/bench.bat");
+    bat.open(QIODevice::WriteOnly);
+    bat.write(batch.join('\n').toLatin1() + "\n");
+    bat.close();
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("QT_QPA_PLATFORM", "offscreen");
+    if (serial)
+        env.insert("TESSARELLE_SERIAL_RUN", "1");
+    p.setProcessEnvironment(env);
+    p.setWorkingDirectory(dir);
+    QElapsedTimer t;
+    qint64 start = -1, end = -1;
+    QByteArray pending;
+    QObject::connect(&p, &QProcess::readyReadStandardError, [&] {
+        pending += p.readAllStandardError();
+        int nl;
+        while ((nl = pending.indexOf('\n')) >= 0) {
+            const QByteArray line = pending.left(nl);
+            pending.remove(0, nl + 1);
+            if (line.contains("run-start"))
+                start = t.nsecsElapsed();
+            if (line.contains("run-end"))
+                end = t.nsecsElapsed();
+        }
+    });
+    t.start();
+    p.start(exe, {"-e", "-c", dir + "/bench.cfg", "-b", dir + "/bench.bat", "-x"});
+    p.waitForFinished(-1);
+    QCoreApplication::processEvents();
+    return start >= 0 && end > start ? double(end - start) / 1e9 : -1;
+}
+
+// The map text file: one line per row of values.
+std::vector<double> readMatrix(const QString &path)
+{
+    std::vector<double> v;
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Text))
+        return v;
+    while (!f.atEnd()) {
+        const QByteArray line = f.readLine().trimmed();
+        if (line.isEmpty() || line.startsWith('#'))
+            continue;
+        for (const QByteArray &t : line.split(' '))
+            if (!t.isEmpty())
+                v.push_back(t.toDouble());
+    }
+    return v;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc > 1)
+        side = atoi(argv[1]);
+    if (argc > 2)
+        frames = atoi(argv[2]);
+    const QString exe = argc > 3 ? QString::fromLocal8Bit(argv[3]) : QCoreApplication::applicationDirPath() + "/../bin/tessarelle";
+    const QString py = argc > 4 ? QString::fromLocal8Bit(argv[4]) : QString(SOURCE_DIR) + "/bench/numpy_edgemap.py";
+    if (!QFileInfo(exe).isExecutable()) {
+        std::printf("no executable at %s\n", qPrintable(exe));
+        return 1;
+    }
+    QTemporaryDir tmp(QDir::tempPath() + "/tessarelle-bench-edgemap-XXXXXX");
+    const QString dir = tmp.path();
+    std::vector<quint16> px(size_t(side) * side);
+    for (int s = 0; s < 2; ++s) {
+        QFile raw(dir + (s == 0 ? "/i1.raw" : "/i0.raw"));
+        raw.open(QIODevice::WriteOnly);
+        for (int k = 0; k < frames; ++k) {
+            for (int y = 0; y < side; ++y)
+                for (int x = 0; x < side; ++x)
+                    px[size_t(y) * side + x] = s == 0 ? i1Value(x, y, k) : i0Value(x, y, k);
+            const QString name = QStringLiteral("%1/%2_%3.tif").arg(dir, s == 0 ? "i1" : "i0").arg(E0 + DE * k, 7, 'f', 2);
+            writeTiff16(name, side, side, px.data());
+            raw.write(reinterpret_cast<const char *>(px.data()), qint64(px.size() * 2));
+        }
+    }
+    std::printf("stack %d x %d x %d frames, I0, box 21 x 21, step 1 (%d points)\n", side, side, frames, side * side);
+
+    const QStringList edge{"analyzer_select_sub_mode_dEdge 1", "set_analyze_w 0", "set_analyze_h 0",
+                           ":echo run-start", "analyzer_exec_2da", ":echo run-end", "save_data " + dir + "/map.dat"};
+    const double tProg = timedRun(exe, dir, edge, false);
+    std::printf("program, threaded run:  %8.2f s  %10.0f points/s\n", tProg, side * double(side) / tProg);
+
+    QProcess p;
+    p.start("/usr/bin/python3", {py, dir + "/i1.raw", dir + "/i0.raw", QString::number(side), QString::number(frames),
+                                 QString::number(E0), QString::number(DE), "10", dir + "/np.raw"});
+    p.waitForFinished(-1);
+    const double tNp = p.readAllStandardOutput().trimmed().toDouble();
+    std::printf("numpy:                  %8.2f s  %10.0f points/s\n", tNp, side * double(side) / tNp);
+    std::printf("numpy / program:        %8.1f\n", tNp / tProg);
+
+    const std::vector<double> mine = readMatrix(dir + "/map-0.dat");
+    QFile npf(dir + "/np.raw");
+    npf.open(QIODevice::ReadOnly);
+    const QByteArray npb = npf.readAll();
+    const auto *np = reinterpret_cast<const double *>(npb.constData());
+    double worst = 0;
+    const size_t n = std::min(mine.size(), size_t(npb.size() / 8));
+    for (size_t i = 0; i < n; ++i)
+        worst = std::max(worst, std::fabs(mine[i] - np[i]) / std::max(1.0, std::fabs(np[i])));
+    std::printf("maps compared at %zu of %d points: largest difference %.2g\n", n,
+                side * side, worst);
+
+    // One-at-a-time rate on a band of 8 rows.
+    const QStringList band{"analyzer_select_sub_mode_dEdge 1", "set_analyze_w 0", "set_analyze_h 0",
+                           QStringLiteral("select_region 0 0 %1 8").arg(side), ":echo run-start", "analyzer_exec_2da",
+                           ":echo run-end"};
+    const double tSerial = timedRun(exe, dir, band, true);
+    std::printf("program, one at a time: %8.2f s for %d points: %10.0f points/s\n", tSerial, side * 8,
+                side * 8.0 / tSerial);
+    return 0;
+}

@@ -1,0 +1,129 @@
+#include "images/BoxRowSums.h"
+
+#include "images/TiffData.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <type_traits>
+
+namespace {
+
+// Adds (sign 1) or takes off (sign -1) frame row y over columns c0..c1.
+template <typename T>
+void addRow(const TiffData &frame, qint64 y, qint64 c0, qint64 c1, int sign, qint64 *col)
+{
+    const T *row = static_cast<const T *>(frame.rows[y]) + c0;
+    const qint64 n = c1 - c0 + 1;
+    if (sign > 0) {
+        for (qint64 i = 0; i < n; ++i)
+            col[i] += qint64(row[i]);
+    } else {
+        for (qint64 i = 0; i < n; ++i)
+            col[i] -= qint64(row[i]);
+    }
+}
+
+void addRows(const TiffData &frame, qint64 y0, qint64 y1, qint64 c0, qint64 c1, int sign, qint64 *col)
+{
+    withPixelType(frame.pixelType, 0, [&](auto tag) {
+        using T = typename decltype(tag)::type;
+        if constexpr (std::is_integral_v<T>) {
+            for (qint64 y = y0; y <= y1; ++y)
+                addRow<T>(frame, y, c0, c1, sign, col);
+        }
+        return 0;
+    });
+}
+
+bool summedDirectly(const TiffData &f)
+{
+    return f.pixelType == PixelF32 || f.pixelType == PixelF64;
+}
+
+} // namespace
+
+void BoxRowSums::setUp(const QVector<TiffData *> &frames, int hw, int vw, int xFirst, int xLast)
+{
+    m_hw = hw;
+    m_vw = vw;
+    m_h = std::abs(qint64(hw));
+    m_v = std::abs(qint64(vw));
+    m_frames.resize(size_t(frames.size()));
+    for (qsizetype k = 0; k < frames.size(); ++k) {
+        Frame &f = m_frames[size_t(k)];
+        const TiffData *t = frames.at(k);
+        f.frame = t;
+        f.direct = summedDirectly(*t);
+        f.r0 = 0;
+        f.r1 = -1;
+        const bool empty = t->pixelType == PixelNone || t->width == 0 || t->height == 0;
+        f.c0 = std::max<qint64>(qint64(xFirst) - t->shiftX - m_h, 0);
+        f.c1 = std::min<qint64>(qint64(xLast) - t->shiftX + m_h, qint64(t->width) - 1);
+        if (empty || f.direct || f.c0 > f.c1) {
+            f.c1 = f.c0 - 1;
+            f.col.clear();
+            f.run.assign(1, 0);
+            continue;
+        }
+        f.col.assign(size_t(f.c1 - f.c0 + 1), 0);
+        f.run.assign(f.col.size() + 1, 0);
+    }
+}
+
+void BoxRowSums::moveFrame(Frame &f, qint64 fy)
+{
+    const TiffData &t = *f.frame;
+    const qint64 n0 = std::max<qint64>(fy - m_v, 0);
+    const qint64 n1 = std::min<qint64>(fy + m_v, qint64(t.height) - 1);
+    qint64 *col = f.col.data();
+    const bool wasEmpty = f.r0 > f.r1;
+    const bool nowEmpty = n0 > n1;
+    // Sliding pays when it touches fewer rows than a fresh sum would.
+    const bool slide = !wasEmpty && !nowEmpty && n0 >= f.r0 && n1 >= f.r1 && n0 <= f.r1 + 1
+                       && (n0 - f.r0) + (n1 - f.r1) < n1 - n0 + 1;
+    if (slide) {
+        if (n0 > f.r0)
+            addRows(t, f.r0, n0 - 1, f.c0, f.c1, -1, col);
+        if (n1 > f.r1)
+            addRows(t, f.r1 + 1, n1, f.c0, f.c1, 1, col);
+    } else {
+        std::fill(f.col.begin(), f.col.end(), 0);
+        if (!nowEmpty)
+            addRows(t, n0, n1, f.c0, f.c1, 1, col);
+    }
+    f.r0 = n0;
+    f.r1 = n1;
+    qint64 *run = f.run.data();
+    const size_t m = f.col.size();
+    qint64 s = 0;
+    run[0] = 0;
+    for (size_t i = 0; i < m; ++i) {
+        s += col[i];
+        run[i + 1] = s;
+    }
+}
+
+void BoxRowSums::moveTo(int y)
+{
+    m_y = y;
+    for (Frame &f : m_frames) {
+        if (f.direct || f.col.empty())
+            continue;
+        moveFrame(f, qint64(y) - f.frame->shiftY);
+    }
+}
+
+double BoxRowSums::sum(int k, int x) const
+{
+    const Frame &f = m_frames[size_t(k)];
+    if (f.direct)
+        return f.frame->boxSum(x, m_y, m_hw, m_vw);
+    if (f.r0 > f.r1 || f.col.empty())
+        return 0.0;
+    const qint64 fx = qint64(x) - f.frame->shiftX;
+    const qint64 lo = std::max<qint64>(fx - m_h, f.c0);
+    const qint64 hi = std::min<qint64>(fx + m_h, f.c1);
+    if (lo > hi)
+        return 0.0;
+    return double(f.run[size_t(hi - f.c0 + 1)] - f.run[size_t(lo - f.c0)]);
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QVector>
+
+#include <vector>
+
+class TiffData;
+
+// The box sums of every frame of a stack at the centres of one image row,
+// for walks that go down the image row by row. Each integer frame keeps the
+// sums of the box's rows for every column the row's boxes reach; moving down
+// adds the rows that enter and takes off the rows that leave, and a running
+// sum along the row gives each box in two reads. Integers add up exactly, so
+// every sum equals TiffData::boxSum to the bit. Float frames would round
+// differently; their boxes are summed directly, as boxSum does.
+//
+// Per frame it holds two 64-bit numbers per column reached: far less than
+// the frame itself. One object serves one thread.
+class BoxRowSums
+{
+public:
+    // The frames (in the order sum() numbers them), the box's half widths
+    // (their magnitudes count), and the centres a row will ask for,
+    // xFirst..xLast. The row is unset until moveTo().
+    void setUp(const QVector<TiffData *> &frames, int hw, int vw, int xFirst, int xLast);
+    // Takes the boxes centred on row y.
+    void moveTo(int y);
+    // The box sum of frame k centred on (x, y of the last moveTo);
+    // x must lie in xFirst..xLast.
+    double sum(int k, int x) const;
+    int frameCount() const { return int(m_frames.size()); }
+
+private:
+    struct Frame
+    {
+        const TiffData *frame = nullptr;
+        bool direct = false;     // float pixels: summed box by box
+        qint64 c0 = 0, c1 = -1;  // frame columns kept, ends included
+        qint64 r0 = 0, r1 = -1;  // frame rows in the column sums
+        std::vector<qint64> col; // per kept column, the sum of rows r0..r1
+        std::vector<qint64> run; // run[i] = col[0] + ... + col[i - 1]
+    };
+    void moveFrame(Frame &f, qint64 fy);
+
+    std::vector<Frame> m_frames;
+    int m_hw = 0;
+    int m_vw = 0;
+    qint64 m_h = 0;
+    qint64 m_v = 0;
+    int m_y = 0;
+};
