@@ -148,6 +148,14 @@ bool Body::startMapRun()
     return true;
 }
 
+void Body::stopRunBeforeFramesGo()
+{
+    // A threaded run reads the frames and the dark frame from its threads:
+    // it ends before any of them is deleted, as if Stop had been pressed.
+    if (mapRun)
+        stop2DAnalysis();
+}
+
 void Body::endMapRun()
 {
     delete mapRun;

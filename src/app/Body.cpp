@@ -16,9 +16,12 @@
 #include "images/SelectDataFiles.h"
 #include "images/SelectDataFilesAdditionalSetup.h"
 #include "saving/SaveDataCfg.h"
+#include "tools/Analyzer2.h"
+#include "tools/FVView.h"
+#include "tools/ImgProc.h"
+#include "tools/Stats.h"
 #include "spectrum/ElmEdges.h"
 #include "spectrum/XafsSpectrum.h"
-#include "tools/Analyzer2.h"
 #include "ui_Body.h"
 #include "view/ColorBar.h"
 #include "view/XafsView.h"
@@ -73,6 +76,8 @@ Body::Body(QWidget *parent)
 
 Body::~Body()
 {
+    // A threaded run's threads read the frames: they end first.
+    endMapRun();
     // The loaders go first, so that no frame arrives while the stacks are
     // deleted.
     teardownLoading();

@@ -403,6 +403,7 @@ private:
     void recordMapRows();
     void recordMapRow(int row, const double *values);
     void endMapRun();
+    void stopRunBeforeFramesGo();
     // The energy shift of a point of the run, from the shift map.
     double pointEShift(int ix, int iy) const;
     // The batch commands of the Analyzer window.

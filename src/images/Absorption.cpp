@@ -230,6 +230,15 @@ AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
     : in(input)
 {
     growDarkLists(in);
+    const auto own = [](auto *list, auto &copy) {
+        if (list)
+            copy = *list;
+        return list ? &copy : nullptr;
+    };
+    in.i1Frames = own(input.i1Frames, i1Frames);
+    in.i0Frames = own(input.i0Frames, i0Frames);
+    in.i1DarkList = own(input.i1DarkList, i1DarkList);
+    in.i0DarkList = own(input.i0DarkList, i0DarkList);
     const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
     const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
     if (i0.size() < 2)

@@ -44,11 +44,16 @@ void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw,
 
 // absorptionSpectrum for walks over many boxes whose sums are taken in bulk
 // (BoxRowSums). Made once, on the thread that owns the dark lists (it grows
-// those in use, as each single box does), then read by any thread while the
-// stacks and lists stay as they are.
+// those in use, as each single box does), then read by any thread. It keeps
+// its own copies of the frame and dark lists, so frames the loader appends
+// meanwhile don't move them under the readers; the frames themselves and the
+// dark frame must outlive the walk.
 struct AbsorptionWalk
 {
     explicit AbsorptionWalk(const AbsorptionInput &in);
+    // `in` points into this walk's own lists.
+    AbsorptionWalk(const AbsorptionWalk &) = delete;
+    AbsorptionWalk &operator=(const AbsorptionWalk &) = delete;
     // Whether the spectra read the I0 stack's sums at all.
     bool needsI0() const;
     // absorptionSpectrum(in, x, y, hw, vw, out) to the bit, given the box
@@ -58,6 +63,10 @@ struct AbsorptionWalk
                   Spectrum &out) const;
 
     AbsorptionInput in;
+    QVector<TiffData *> i1Frames;
+    QVector<TiffData *> i0Frames;
+    QVector<double> i1DarkList;
+    QVector<double> i0DarkList;
     // The two I0 frames read for each I1 frame, with two I0 frames or more.
     QVector<qsizetype> pairA;
     QVector<qsizetype> pairB;

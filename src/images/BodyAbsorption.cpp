@@ -129,6 +129,7 @@ void Body::selectedDark(QString fname)
 
 void Body::clearDark()
 {
+    stopRunBeforeFramesGo();
     dark.reset();
     ui->DarkFileName->clear();
 }

@@ -165,6 +165,7 @@ void detachIfShown(ImgDispA *area, const QVector<TiffData *> &frames)
 
 void Body::clearI1Files()
 {
+    stopRunBeforeFramesGo();
     detachIfShown(ui->dispA, i1Frames);
     ui->SelectI1Files->clearFiles();
     // The stop comes before the frames go, so that a new load is not mixed
@@ -179,6 +180,7 @@ void Body::clearI1Files()
 
 void Body::clearI0Files()
 {
+    stopRunBeforeFramesGo();
     detachIfShown(ui->dispA, i0Frames);
     ui->SelectI0Files->clearFiles();
     i0Loader->stop();
