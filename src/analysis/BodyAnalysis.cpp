@@ -143,6 +143,7 @@ bool Body::startMapRun()
     mapRun = new MapRun(absorptionInput(), job, analyzeCond, std::move(shifts), QThread::idealThreadCount(), this);
     connect(mapRun, &MapRun::rowsReady, this, &Body::recordMapRows, Qt::QueuedConnection);
     mapRow = 0;
+    mapShown.invalidate();
     mapZ = analyzer->analyzeProc()->z;
     mapRun->start();
     return true;
@@ -184,8 +185,14 @@ void Body::recordMapRows()
             emit finishBatchExec(ANALYZER_EXEC_LCF);
             return;
         }
-        if (analyzer->dispOnTime())
+        // Rows come far faster than a person can look at them: the maps are
+        // redrawn at most four times a second, not at every row, which on a
+        // large map would cost more than the analysis. The values recorded
+        // are the same; the images are remade at the end in any case.
+        if (analyzer->dispOnTime() && (!mapShown.isValid() || mapShown.elapsed() >= 250)) {
             generateResImages();
+            mapShown.start();
+        }
         analyzer->setProgress(double(ys[size_t(mapRow)] - analyzeCond.yStart)
                               / double(analyzeCond.yEnd - analyzeCond.yStart) * 100.0);
     }

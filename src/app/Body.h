@@ -14,6 +14,7 @@
 #include "view/DrawText.h"
 
 #include <QButtonGroup>
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QMainWindow>
 #include <QStringList>
@@ -422,6 +423,7 @@ private:
     Analyzed2DRes *fvMap = nullptr;
     MapRun *mapRun = nullptr;
     int mapRow = 0;     // the next row to record
+    QElapsedTimer mapShown; // since the maps were last redrawn in a run
     double mapZ = 0;    // the residual a point without a fit records
     std::vector<double> mapZRow;
 
