@@ -806,6 +806,101 @@
         <source>Any Files (* *.*)</source>
         <translation>すべてのファイル (* *.*)</translation>
     </message>
+    <message>
+        <source>Show FV</source>
+        <translation>特徴値表示</translation>
+    </message>
+    <message>
+        <source>Open the scatter and density maps of the feature values of the last run</source>
+        <translation>直前の実行で得た特徴値の散布図と密度図を開く</translation>
+    </message>
+</context>
+<context>
+    <name>Analyzer2</name>
+    <message>
+        <source>Quality Information</source>
+        <translation>品質情報</translation>
+    </message>
+    <message>
+        <source>Collect Q Info</source>
+        <translation>品質情報収集</translation>
+    </message>
+    <message>
+        <source>Collect quality information over the analysis area</source>
+        <translation>解析領域で品質情報を集める</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>ダーク</translation>
+    </message>
+    <message>
+        <source>Th</source>
+        <translation>閾値</translation>
+    </message>
+    <message>
+        <source>20000</source>
+        <translation>20000</translation>
+    </message>
+    <message>
+        <source>A pixel above this value in every frame is hot</source>
+        <translation>全フレームでこの値を超える画素をホットピクセルとする</translation>
+    </message>
+    <message>
+        <source>Dark Check</source>
+        <translation>ダークチェック</translation>
+    </message>
+    <message>
+        <source>Read the I1 stack as dark frames: write the histogram of all pixels and the hot pixels (dark-*.dat in the working folder)</source>
+        <translation>I1 スタックをダーク画像として読み、全画素のヒストグラムとホットピクセルを書き出す (作業フォルダの dark-*.dat)</translation>
+    </message>
+    <message>
+        <source>Histg. Max.</source>
+        <translation>ヒストグラム上限</translation>
+    </message>
+    <message>
+        <source>60000</source>
+        <translation>60000</translation>
+    </message>
+    <message>
+        <source>Top of the histogram; larger values count in the last bin</source>
+        <translation>ヒストグラムの上限; これより大きい値は最後のビンに数える</translation>
+    </message>
+    <message>
+        <source>Bins</source>
+        <translation>ビン数</translation>
+    </message>
+    <message>
+        <source>100</source>
+        <translation>100</translation>
+    </message>
+    <message>
+        <source>Number of bins between 0 and the top</source>
+        <translation>0 から上限までのビンの数</translation>
+    </message>
+    <message>
+        <source>Err Points</source>
+        <translation>欠陥画素</translation>
+    </message>
+    <message>
+        <source>Use Err Points Mask</source>
+        <translation>欠陥画素マスク使用</translation>
+    </message>
+    <message>
+        <source>Mend the pixels of the bad-pixel mask in frames read from now on</source>
+        <translation>これから読み込むフレームで欠陥画素マスクの画素を補正</translation>
+    </message>
+    <message>
+        <source>The bad-pixel mask file</source>
+        <translation>欠陥画素マスクファイル</translation>
+    </message>
+    <message>
+        <source>Fourier A.</source>
+        <translation>フーリエ解析</translation>
+    </message>
+    <message>
+        <source>Compare the first frame with each Fourier component of the spectra over the analysis area (result in the log)</source>
+        <translation>解析領域のスペクトルの各フーリエ成分を最初のフレームと比較 (結果はログに出力)</translation>
+    </message>
 </context>
 <context>
     <name>BatchCtrl</name>
@@ -1448,6 +1543,22 @@
         <source>BG Specturm</source>
         <translation>BG スペクトル</translation>
     </message>
+    <message>
+        <source>Image Proc.</source>
+        <translation>画像処理</translation>
+    </message>
+    <message>
+        <source>Open the image processor: align frames by their edges</source>
+        <translation>画像処理ウィンドウを開く: エッジでフレームを位置合わせ</translation>
+    </message>
+    <message>
+        <source>Statistics</source>
+        <translation>統計</translation>
+    </message>
+    <message>
+        <source>Histogram and statistics of the map shown in the analysis window</source>
+        <translation>解析ウィンドウに表示中のマップのヒストグラムと統計</translation>
+    </message>
 </context>
 <context>
     <name>CalibCtrl</name>
@@ -2078,6 +2189,228 @@
     </message>
 </context>
 <context>
+    <name>FVView</name>
+    <message>
+        <source>Show FV</source>
+        <translation>特徴値表示</translation>
+    </message>
+    <message>
+        <source>Density (left) and scatter (right) of dM against E2 - E1</source>
+        <translation>dM 対 E2 - E1 の密度図 (左) と散布図 (右)</translation>
+    </message>
+    <message>
+        <source>ReDraw</source>
+        <translation>再描画</translation>
+    </message>
+    <message>
+        <source>Draw both maps again from the collected values</source>
+        <translation>集めた値から両方の図を描き直す</translation>
+    </message>
+    <message>
+        <source>Kernel:</source>
+        <translation>カーネル:</translation>
+    </message>
+    <message>
+        <source>HW</source>
+        <translation>半幅</translation>
+    </message>
+    <message>
+        <source>10</source>
+        <translation>10</translation>
+    </message>
+    <message>
+        <source>Half width of the smoothing kernel, pixels</source>
+        <translation>平滑化カーネルの半幅 (画素)</translation>
+    </message>
+    <message>
+        <source>Border Val.</source>
+        <translation>端の値</translation>
+    </message>
+    <message>
+        <source>0.01</source>
+        <translation>0.01</translation>
+    </message>
+    <message>
+        <source>Kernel value at the half width</source>
+        <translation>半幅でのカーネルの値</translation>
+    </message>
+    <message>
+        <source>Color Range</source>
+        <translation>色範囲</translation>
+    </message>
+    <message>
+        <source>0.002</source>
+        <translation>0.002</translation>
+    </message>
+    <message>
+        <source>Fraction of the peak at which the colour saturates</source>
+        <translation>色が飽和する値 (ピークに対する割合)</translation>
+    </message>
+</context>
+<context>
+    <name>ImgProc</name>
+    <message>
+        <source>Image Processor</source>
+        <translation>画像処理</translation>
+    </message>
+    <message>
+        <source>Edge, binary or comparison picture; the wheel zooms</source>
+        <translation>エッジ・二値・比較画像; ホイールで拡大縮小</translation>
+    </message>
+    <message>
+        <source>Drag an end to change the colours</source>
+        <translation>端をドラッグして色を変更</translation>
+    </message>
+    <message>
+        <source>Edge Detect</source>
+        <translation>エッジ検出</translation>
+    </message>
+    <message>
+        <source>The tool works on the frame on display while this is checked</source>
+        <translation>チェック中は表示中のフレームを処理する</translation>
+    </message>
+    <message>
+        <source>Min</source>
+        <translation>最小</translation>
+    </message>
+    <message>
+        <source>Smallest edge value</source>
+        <translation>エッジ値の最小</translation>
+    </message>
+    <message>
+        <source>Max</source>
+        <translation>最大</translation>
+    </message>
+    <message>
+        <source>Largest edge value</source>
+        <translation>エッジ値の最大</translation>
+    </message>
+    <message>
+        <source>Th.</source>
+        <translation>閾値</translation>
+    </message>
+    <message>
+        <source>0</source>
+        <translation>0</translation>
+    </message>
+    <message>
+        <source>Edge values above this threshold become 1 in the binary image</source>
+        <translation>この閾値を超えるエッジ値は二値画像で 1 になる</translation>
+    </message>
+    <message>
+        <source>Threshold between Min (left) and Max (right)</source>
+        <translation>最小 (左) と最大 (右) の間の閾値</translation>
+    </message>
+    <message>
+        <source>Binary</source>
+        <translation>二値化</translation>
+    </message>
+    <message>
+        <source>Show and use the binary image</source>
+        <translation>二値画像を表示して使う</translation>
+    </message>
+    <message>
+        <source>Set Ref.</source>
+        <translation>参照に設定</translation>
+    </message>
+    <message>
+        <source>The binary image becomes the reference</source>
+        <translation>二値画像を参照にする</translation>
+    </message>
+    <message>
+        <source>Comp.</source>
+        <translation>比較</translation>
+    </message>
+    <message>
+        <source>Overlay the reference (red) and the shifted binary image (cyan)</source>
+        <translation>参照 (赤) とずらした二値画像 (シアン) を重ねて表示</translation>
+    </message>
+    <message>
+        <source>Shift X:</source>
+        <translation>シフト X:</translation>
+    </message>
+    <message>
+        <source>Shift of the binary image in x, pixels</source>
+        <translation>二値画像の x 方向のシフト (画素)</translation>
+    </message>
+    <message>
+        <source>Y:</source>
+        <translation>Y:</translation>
+    </message>
+    <message>
+        <source>Shift of the binary image in y, pixels</source>
+        <translation>二値画像の y 方向のシフト (画素)</translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation>...</translation>
+    </message>
+    <message>
+        <source>Shift up (Y - 1)</source>
+        <translation>上へずらす (Y - 1)</translation>
+    </message>
+    <message>
+        <source>Shift left (X - 1)</source>
+        <translation>左へずらす (X - 1)</translation>
+    </message>
+    <message>
+        <source>Shift right (X + 1)</source>
+        <translation>右へずらす (X + 1)</translation>
+    </message>
+    <message>
+        <source>Shift down (Y + 1)</source>
+        <translation>下へずらす (Y + 1)</translation>
+    </message>
+    <message>
+        <source>S.P.</source>
+        <translation>内積</translation>
+    </message>
+    <message>
+        <source>Normalised scalar product of reference and shifted image</source>
+        <translation>参照とずらした画像の規格化内積</translation>
+    </message>
+    <message>
+        <source>Auto Shift</source>
+        <translation>自動シフト</translation>
+    </message>
+    <message>
+        <source>Climb to the shift with the largest scalar product</source>
+        <translation>内積が最大になるシフトを山登りで探す</translation>
+    </message>
+    <message>
+        <source>Set Shift</source>
+        <translation>シフト設定</translation>
+    </message>
+    <message>
+        <source>Record the shift in the I1 frame on display</source>
+        <translation>表示中の I1 フレームにシフトを記録</translation>
+    </message>
+    <message>
+        <source>A. Set Shift</source>
+        <translation>自動シフト設定</translation>
+    </message>
+    <message>
+        <source>Record the shift found by each climb at once</source>
+        <translation>探索で見つけたシフトをその都度記録</translation>
+    </message>
+    <message>
+        <source>A. A. Shift</source>
+        <translation>毎回自動シフト</translation>
+    </message>
+    <message>
+        <source>Climb at each comparison</source>
+        <translation>比較のたびにシフトを山登りで探す</translation>
+    </message>
+    <message>
+        <source>Clear All Shifts</source>
+        <translation>全シフト消去</translation>
+    </message>
+    <message>
+        <source>Set the shift of every I1 frame to 0</source>
+        <translation>全 I1 フレームのシフトを 0 にする</translation>
+    </message>
+</context>
+<context>
     <name>LCFReference</name>
     <message>
         <source>::indicator:unchecked { background-color: #ccddcc; border-radius: 5px; border: 2px solid #999999; }::indicator:checked   { background-color: #ffffaa; border-radius: 5px; border: 2px solid #ffaa00; }</source>
@@ -2566,6 +2899,168 @@
     <message>
         <source>Connect to the server, or disconnect</source>
         <translation>サーバーに接続、または切断</translation>
+    </message>
+</context>
+<context>
+    <name>Stats</name>
+    <message>
+        <source>Statistics</source>
+        <translation>統計</translation>
+    </message>
+    <message>
+        <source>Histogram; drag a blue marker to choose a range</source>
+        <translation>ヒストグラム; 青いマーカーをドラッグして範囲を選択</translation>
+    </message>
+    <message>
+        <source>Bins</source>
+        <translation>ビン数</translation>
+    </message>
+    <message>
+        <source>100</source>
+        <translation>100</translation>
+    </message>
+    <message>
+        <source>Number of histogram bins</source>
+        <translation>ヒストグラムのビン数</translation>
+    </message>
+    <message>
+        <source>Num</source>
+        <translation>点数</translation>
+    </message>
+    <message>
+        <source>Points of the area</source>
+        <translation>領域の点数</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>平均</translation>
+    </message>
+    <message>
+        <source>Mean over the area</source>
+        <translation>領域の平均</translation>
+    </message>
+    <message>
+        <source>Sigma</source>
+        <translation>σ</translation>
+    </message>
+    <message>
+        <source>Standard deviation over the area</source>
+        <translation>領域の標準偏差</translation>
+    </message>
+    <message>
+        <source>In Selected Area:</source>
+        <translation>選択範囲内:</translation>
+    </message>
+    <message>
+        <source>Min</source>
+        <translation>最小</translation>
+    </message>
+    <message>
+        <source>Lower marker</source>
+        <translation>下側マーカー</translation>
+    </message>
+    <message>
+        <source>Max</source>
+        <translation>最大</translation>
+    </message>
+    <message>
+        <source>Upper marker</source>
+        <translation>上側マーカー</translation>
+    </message>
+    <message>
+        <source>Mean between the markers</source>
+        <translation>マーカー間の平均</translation>
+    </message>
+    <message>
+        <source>Sigam</source>
+        <translation>σ</translation>
+    </message>
+    <message>
+        <source>Standard deviation between the markers</source>
+        <translation>マーカー間の標準偏差</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Value under the mouse</source>
+        <translation>ポインタ位置の値</translation>
+    </message>
+    <message>
+        <source>Val/Max</source>
+        <translation>度数/最大</translation>
+    </message>
+    <message>
+        <source>Count of the bin under the mouse / largest count</source>
+        <translation>ポインタ位置のビンの度数 / 最大度数</translation>
+    </message>
+    <message>
+        <source>Show Over Image</source>
+        <translation>画像上に表示</translation>
+    </message>
+    <message>
+        <source>Outline the points between the markers on the main image</source>
+        <translation>マーカー間の値をもつ点をメイン画像上に枠で示す</translation>
+    </message>
+    <message>
+        <source>Show Stats in Selected Area</source>
+        <translation>選択範囲の統計を表示</translation>
+    </message>
+    <message>
+        <source>Draw the mean and sigma between the markers</source>
+        <translation>マーカー間の平均と標準偏差を描く</translation>
+    </message>
+</context>
+<context>
+    <name>SumUpCtrl</name>
+    <message>
+        <source>Sum Up Control</source>
+        <translation>積算設定</translation>
+    </message>
+    <message>
+        <source>Sum Up Img No. From:</source>
+        <translation>積算する画像番号  開始:</translation>
+    </message>
+    <message>
+        <source>0</source>
+        <translation>0</translation>
+    </message>
+    <message>
+        <source>First image of the range</source>
+        <translation>範囲の最初の画像</translation>
+    </message>
+    <message>
+        <source>To:</source>
+        <translation>終了:</translation>
+    </message>
+    <message>
+        <source>1000</source>
+        <translation>1000</translation>
+    </message>
+    <message>
+        <source>Image after the last of the range (not included)</source>
+        <translation>範囲の最後の次の画像 (含まない)</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>追加</translation>
+    </message>
+    <message>
+        <source>Add the range to the sum</source>
+        <translation>範囲を積算に追加</translation>
+    </message>
+    <message>
+        <source>Del</source>
+        <translation>削除</translation>
+    </message>
+    <message>
+        <source>Remove the chosen range from the list (it goes on counting in the sum)</source>
+        <translation>選んだ範囲を一覧から削除 (積算には含まれたまま)</translation>
+    </message>
+    <message>
+        <source>The ranges summed up</source>
+        <translation>積算する範囲</translation>
     </message>
 </context>
 <context>

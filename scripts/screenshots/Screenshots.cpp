@@ -9,6 +9,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDebug>
 #include <QDir>
 #include <QTabWidget>
@@ -56,6 +57,13 @@ int main(int argc, char **argv)
     QObject::connect(&body, &Body::finishing, &app, [&] {
         // a moment for the last redraws of the run
         QTimer::singleShot(500, &app, [&] {
+            // Two tools draw nothing until asked: the image processor the
+            // edges of the frame on display, the feature-value view the maps
+            // of the run's values.
+            if (auto *edges = body.findChild<QCheckBox *>(QStringLiteral("EdgeDetect")))
+                edges->setChecked(true);
+            if (auto *redraw = body.findChild<QAbstractButton *>(QStringLiteral("reDraw_")))
+                redraw->click();
             WindowPlaces *places = body.windowPlaces();
             failed += !shoot(&body, out.filePath(QStringLiteral("main-window-map.png")));
             for (const QString &name : places->names()) {
