@@ -1,8 +1,8 @@
 // Whole batches through the interpreter, without windows: every external
 // command is answered by a queued finish, as the main window's answer
-// arrives from another thread. The batch is stopped after a fixed number of
-// event-loop rounds (one command or one slice of lines each), so that a long
-// loop in the input is no hang.
+// arrives from another thread. A loop may legitimately never end (a padded
+// counter can climb back past its end), so after a few thousand log lines a
+// stop is queued, as the stop button of the main window would send it.
 #include "FuzzSupport.h"
 
 #include "batch/BatchDispatcher.h"
@@ -23,8 +23,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QObject::connect(&d, &BatchDispatcher::execCmdSig, &d, [&](const CmdLine &, bool) {
         QMetaObject::invokeMethod(&d, [&d] { d.finishBatchExec(0); }, Qt::QueuedConnection);
     });
+    int logs = 0;
+    QObject::connect(&d, &BatchDispatcher::Log, &d, [&](const QString &) {
+        if (++logs == 5000)
+            QMetaObject::invokeMethod(&d, &BatchDispatcher::batchStopSlot, Qt::QueuedConnection);
+    });
     d.doDispatchCmds(lines);
-    for (int slice = 0; slice < 16; ++slice)
+    for (int round = 0; round < 16; ++round)
         QCoreApplication::processEvents();
     d.batchStopSlot();
     QCoreApplication::processEvents();

@@ -2,6 +2,7 @@
 #include "FuzzSupport.h"
 
 #include "analysis/ElemNames.h"
+#include "spectrum/ElementTable.h"
 #include "spectrum/ElmEdges.h"
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
