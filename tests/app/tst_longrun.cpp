@@ -96,12 +96,13 @@ void TestLongRun::program_data()
     QTest::addColumn<qint64>("growthKb");
 
     // Every pass goes through the main window and back.
-    QTest::newRow("100 000 loop passes") << QStringList{":for a i 1 %1", "set_band_w $i$", ":next a"} << 10000
+    QTest::newRow("100 000 loop passes") << QStringList{":for a $k$ 1 %1", "set_band_w $k$", ":next a"} << 10000
                                          << 100000 << 0 << qint64(6000);
-    // 5 000 frames loaded once, or three times over (each load replaces the
-    // stack): the later loads must give back what they replace.
-    QTest::newRow("5000 frames") << QStringList{":for a i 1 %1", "load_I1_files_of_pattern new @/frames f*.img",
-                                                ":next a"}
+    // 5 000 frames loaded once, or three times (each load replaces the
+    // stack, some 7 MB): the later loads must give back what they replace. Frames are not
+    // shown as they arrive, which would redo the spectrum for each.
+    QTest::newRow("5000 frames") << QStringList{"show_latest_i1 0", ":for a $k$ 1 %1",
+                                                "load_I1_files_of_pattern new @/frames/ f*.img", ":next a"}
                                  << 1 << 3 << 5000 << qint64(8000);
 }
 
@@ -124,13 +125,15 @@ void TestLongRun::program()
         img[64] = char(k);
         QVERIFY(f.open(QIODevice::WriteOnly) && f.write(img) == img.size());
     }
+    batch.replaceInStrings("@", run.dir());
     QString debug;
     const qint64 shortPeak = peakOfBatch(run, batch.join('\n').arg(shortCount).split('\n'), &debug);
     QVERIFY2(shortPeak > 0, qPrintable(debug.right(2000)));
     const qint64 longPeak = peakOfBatch(run, batch.join('\n').arg(longCount).split('\n'), &debug);
     QVERIFY2(longPeak > 0, qPrintable(debug.right(2000)));
     if (frames)
-        QCOMPARE(debug.count(QStringLiteral("I1 load finished: %1 frames").arg(frames)), longCount);
+        QVERIFY2(debug.count(QStringLiteral("I1 load finished: %1 frames").arg(frames)) == longCount,
+                 qPrintable(debug.right(1000)));
     qInfo("peak %lld kB for %d, %lld kB for %d", shortPeak, shortCount, longPeak, longCount);
     QVERIFY2(longPeak - shortPeak < growthKb, qPrintable(QString::number(longPeak - shortPeak)));
 }
@@ -163,7 +166,7 @@ void TestLongRun::runRestarts()
 }
 
 // The server drops the program a hundred times during a run; each time the
-// connection is made again, and the run goes on to its end.
+// connection is made again, and the run goes on meanwhile.
 void TestLongRun::starsReconnects()
 {
     QTemporaryDir dir;
@@ -180,7 +183,10 @@ void TestLongRun::starsReconnects()
         gConfig.add(key, value, value, QString());
     Body b;
     Stars *s = b.stars();
-    loadFrames(b, 128, 128);
+    loadFrames(b, 512, 512);
+    auto *a = b.findChild<Analyzer *>();
+    int points = 0;
+    connect(a, &Analyzer::finished, &b, [&] { ++points; });
     QSignalSpy finished(&b, &Body::finishBatchExec);
     b.findChild<QLineEdit *>("aHWidth_")->setText("0");
     b.findChild<QLineEdit *>("aVWidth_")->setText("0");
@@ -195,10 +201,13 @@ void TestLongRun::starsReconnects()
             rss10 = statusKb(QCoreApplication::applicationPid(), "VmRSS:");
     }
     QTRY_VERIFY(s->isConnected());
+    QVERIFY(points > 0 && finished.isEmpty()); // still running, and not stalled
+    const int before = points;
+    QTRY_VERIFY(points > before);
+    b.stop2DAnalysis();
     const qint64 rss100 = statusKb(QCoreApplication::applicationPid(), "VmRSS:");
     qInfo("resident %lld kB after 10 reconnections, %lld kB after 100", rss10, rss100);
     QVERIFY2(rss100 - rss10 < 4000, qPrintable(QString::number(rss100 - rss10)));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 120000);
     QCOMPARE(server.loggedIn.count(QStringLiteral("Tess")), 101);
 }
 
