@@ -99,8 +99,9 @@ void TestLongRun::program_data()
     QTest::newRow("100 000 loop passes") << QStringList{":for a $k$ 1 %1", "set_band_w $k$", ":next a"} << 10000
                                          << 100000 << 0 << qint64(6000);
     // 5 000 frames loaded once, or three times (each load replaces the
-    // stack, some 7 MB): the later loads must give back what they replace. Frames are not
-    // shown as they arrive, which would redo the spectrum for each.
+    // stack, some 7 MB): the later loads must give back what they replace.
+    // Frames are not shown as they arrive, which would redo the spectrum for
+    // each.
     QTest::newRow("5000 frames") << QStringList{"show_latest_i1 0", ":for a $k$ 1 %1",
                                                 "load_I1_files_of_pattern new @/frames/ f*.img", ":next a"}
                                  << 1 << 3 << 5000 << qint64(8000);
