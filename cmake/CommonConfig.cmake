@@ -13,3 +13,14 @@ if(TESSARELLE_SANITIZE)
     -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   target_link_options(tessarelle_common INTERFACE -fsanitize=address,undefined)
 endif()
+
+# Fuzzing instruments everything for coverage and checks memory on the way;
+# the fuzz targets themselves link libFuzzer's main (fuzz/CMakeLists.txt).
+if(TESSARELLE_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "TESSARELLE_FUZZ needs clang (libFuzzer), e.g. -DCMAKE_CXX_COMPILER=clang++-14")
+  endif()
+  target_compile_options(tessarelle_common INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(tessarelle_common INTERFACE -fsanitize=address,undefined)
+endif()

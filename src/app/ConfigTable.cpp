@@ -55,6 +55,7 @@ QString ConfigTable::parseArgs(const QStringList &arguments, bool readNow, QStri
 
 bool ConfigTable::load(const QString &fname)
 {
+    includedFiles = 0;
     return load(fname, 0);
 }
 
@@ -85,6 +86,11 @@ bool ConfigTable::load(const QString &fname, int depth)
             if (depth + 1 > MaxIncludeDepth) {
                 qDebug().noquote() << QString("INCLUDE of [%1] in [%2] refused: more than %3 nested includes")
                                           .arg(val, fname).arg(MaxIncludeDepth);
+                continue;
+            }
+            if (++includedFiles > MaxIncludedFiles) {
+                qDebug().noquote() << QString("INCLUDE of [%1] in [%2] refused: more than %3 included files")
+                                          .arg(val, fname).arg(MaxIncludedFiles);
                 continue;
             }
             load(val, depth + 1);

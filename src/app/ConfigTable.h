@@ -32,6 +32,9 @@ public:
     // (directly or through others) would otherwise recurse until the stack
     // runs out.
     static constexpr int MaxIncludeDepth = 16;
+    // Files one load may include in all. The depth alone does not bound the
+    // work: a file that includes itself twice would be read 2^16 times.
+    static constexpr int MaxIncludedFiles = 256;
 
     // Records the command line (each "-option" becomes a row under its own
     // spelling), then looks up each of fileKeys in turn, the current
@@ -64,4 +67,5 @@ public:
 
 private:
     bool load(const QString &fileName, int depth);
+    int includedFiles = 0; // by the load in progress
 };

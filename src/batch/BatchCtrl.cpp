@@ -29,6 +29,7 @@ BatchCtrl::BatchCtrl(const QString &batchRoot, QWidget *parent)
     : QMainWindow(parent), ui(std::make_unique<Ui::BatchCtrl>())
 {
     ui->setupUi(this);
+    ui->BatchLogs->setMaximumBlockCount(kMaxLogLines);
     loadDialog = makeDialog(this, batchRoot, QFileDialog::AcceptOpen);
     saveDialog = makeDialog(this, batchRoot, QFileDialog::AcceptSave);
 

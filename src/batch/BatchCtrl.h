@@ -24,6 +24,10 @@ public:
     explicit BatchCtrl(const QString &batchRoot, QWidget *parent = nullptr);
     ~BatchCtrl() override;
 
+    // Lines the progress log keeps; older ones drop off its top, so that a
+    // batch looping for hours does not grow the program without end.
+    static constexpr int kMaxLogLines = 10000;
+
     // Connects Stop, doDispatchCmds and the dispatcher's Log.
     void setDispatcher(BatchDispatcher *dispatcher);
 

@@ -156,6 +156,10 @@ void TestConfigTable::load_data()
     QTest::newRow("self include stops") << "A 1\nINCLUDE %D/outer.cfg\nB 2\n" << ""
                                         << QString(QString("A:1 ").repeated(17) + QString("B:2 ").repeated(17)).trimmed()
                                         << "" << 3 * 17 << "outer.cfg" << "INCLUDE of .*outer.cfg.* refused";
+    // three self-includes a file: the count of files read ends it, not the depth
+    const QString fanOut("INCLUDE %D/outer.cfg\nINCLUDE %D/outer.cfg\nINCLUDE %D/outer.cfg\nA 1\n");
+    QTest::newRow("include fan-out stops") << fanOut << "" << QString("A:1 ").repeated(1 + 256).trimmed() << ""
+                                           << 4 * (1 + 256) << "outer.cfg" << "more than 256 included files";
     QTest::newRow("missing file") << "missing" << "" << "" << "" << 0 << ""
                                   << "Can't open config file : %D/outer.cfg";
     // the key is compared in upper case, the rests kept in file order

@@ -43,7 +43,11 @@ bool write(const QString &file, const QVector<Dataset> &sets)
         if (set.id < 0)
             return false;
         if (d.text) {
-            std::vector<char> words(8 * std::size_t(d.dims.value(0, 1)), 'a');
+            // One 8-byte word per element of every dimension, not of the first only.
+            std::size_t n = 1;
+            for (hsize_t dim : d.dims)
+                n *= std::size_t(dim);
+            std::vector<char> words(8 * n, 'a');
             if (H5Dwrite(set.id, text.id, H5S_ALL, H5S_ALL, H5P_DEFAULT, words.data()) < 0)
                 return false;
         } else if (!d.values.isEmpty()

@@ -30,6 +30,14 @@ bool StarsTestServer::sendRaw(const QString &node, const QByteArray &bytes)
     return s && s->write(bytes) == bytes.size();
 }
 
+int StarsTestServer::dropAll()
+{
+    const QList<QTcpSocket *> nodes = names.keys();
+    for (QTcpSocket *s : nodes)
+        s->disconnectFromHost();
+    return int(nodes.size());
+}
+
 void StarsTestServer::accept()
 {
     while (QTcpSocket *s = server.nextPendingConnection()) {

@@ -20,6 +20,9 @@ public:
     quint16 port() const { return server.serverPort(); }
     // Writes bytes to a logged-in node as they stand.
     bool sendRaw(const QString &node, const QByteArray &bytes);
+    // Closes every logged-in connection from the server's side; returns how
+    // many there were.
+    int dropAll();
 
     // What the next connections get first instead of a challenge number and
     // its line feed; with closeAfterGreeting the server then closes.

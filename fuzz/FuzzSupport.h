@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+#include <cstddef>
+#include <cstdint>
+
+// Helpers shared by the fuzz targets.
+
+// Makes a QCoreApplication (some readers and the batch loop need one) and
+// silences the log: the readers log every refusal, and printing them would
+// cost more than the reading.
+void fuzzInit(int *argc, char ***argv);
+
+// Writes the input into a file of this process under /dev/shm (or the
+// temporary folder) and returns its path. The name holds a blank and a
+// non-ASCII letter on purpose.
+QString fuzzFile(const uint8_t *data, size_t size, const QString &name = QStringLiteral("in put \u00e9.dat"));
+// The folder fuzzFile writes into.
+QString fuzzDir();
+
+// Reads every byte of every row a reader claims to have filled, so that a row
+// shorter than width x height says shows up under the address checker; also
+// checks that there are as many rows as the height. Aborts on a mismatch.
+void touchRows(const QVector<void *> &rows, quint32 width, quint32 height, int pixelType);
+
+// Reads the input as an image file through TiffData::read, with a small
+// bad-pixel mask in use so that mending runs too, then reads every pixel and
+// renders the frame.
+void fuzzFrame(const uint8_t *data, size_t size);
