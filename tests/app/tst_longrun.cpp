@@ -148,13 +148,11 @@ void TestLongRun::runRestarts()
     auto *a = b.findChild<Analyzer *>();
     b.findChild<QLineEdit *>("aHWidth_")->setText("0");
     b.findChild<QLineEdit *>("aVWidth_")->setText("0");
-    int points = 0;
-    connect(a, &Analyzer::finished, &b, [&] { ++points; });
     qint64 rss2 = 0, rss10 = 0;
     for (int run = 1; run <= 10; ++run) {
-        points = 0;
         b.start2DAnalysis();
-        QTRY_VERIFY_WITH_TIMEOUT(points >= 3 * 512, 60000);
+        // Three rows recorded: the run's maps start empty at every start.
+        QTRY_VERIFY_WITH_TIMEOUT(a->dEdgeMap.valueAt(5, 2) != 0.0, 60000);
         b.stop2DAnalysis();
         QVERIFY(!a->contAccess);
         QVERIFY(a->dEdgeMap.valueAt(5, 1) != 0.0);
@@ -191,7 +189,11 @@ void TestLongRun::starsReconnects()
     QSignalSpy finished(&b, &Body::finishBatchExec);
     b.findChild<QLineEdit *>("aHWidth_")->setText("0");
     b.findChild<QLineEdit *>("aVWidth_")->setText("0");
+    // One point at a time, so that the run is sure to outlast the drops and
+    // its points can be counted.
+    qputenv("TESSARELLE_SERIAL_RUN", "1");
     b.start2DAnalysis();
+    qunsetenv("TESSARELLE_SERIAL_RUN");
     qint64 rss10 = 0;
     for (int i = 1; i <= 100; ++i) {
         QTRY_VERIFY_WITH_TIMEOUT(s->isConnected(), 10000);
