@@ -255,7 +255,7 @@ void TestSaving::eachSpectrum()
     QFETCH(QList<int>, bins);
     QTemporaryDir tmp;
     const bool missing = QByteArray(QTest::currentDataTag()).startsWith("missing");
-    const QString name = tmp.filePath(missing ? "no/spec" : "spec");
+    const QString name = tmp.filePath(missing ? "no/spectra" : "spectra");
     Body b;
     loadStacks(b);
     b.findChild<QAbstractButton *>(kind.toLatin1())->setChecked(true);
