@@ -476,10 +476,28 @@ void Body::execAnalyzerCmd(EX_CMD_ID id, const CmdLine &cmd)
     case ANALYZER_SUB_MODE:
         // Each argument after the 0 sets one box, in this order.
         if (cmd.args.size() >= 2 && i == 0) {
-            void (Analyzer::*const set[])(bool) = {&Analyzer::setSelDEdge, &Analyzer::setSelLCF, &Analyzer::setSelElems,
-                                                   &Analyzer::setSelRA, &Analyzer::setSelFV};
-            for (int k = 1; k < cmd.args.size() && k <= 5; ++k)
-                (a->*set[k - 1])(CmdArgs::toBool(cmd, k));
+            // A switch rather than a table of member pointers: GCC's bounds
+            // checker misreads such a table's index on a relocated stack frame.
+            for (int k = 1; k < cmd.args.size() && k <= 5; ++k) {
+                const bool on = CmdArgs::toBool(cmd, k);
+                switch (k) {
+                case 1:
+                    a->setSelDEdge(on);
+                    break;
+                case 2:
+                    a->setSelLCF(on);
+                    break;
+                case 3:
+                    a->setSelElems(on);
+                    break;
+                case 4:
+                    a->setSelRA(on);
+                    break;
+                default:
+                    a->setSelFV(on);
+                    break;
+                }
+            }
         }
         break;
     case ANALYZER_SELECT_MAIN_MODE_2DA:

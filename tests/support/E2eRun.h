@@ -67,7 +67,7 @@ private:
         QVERIFY2(!(r).crashed, qPrintable((r).debug));                                                                 \
         QVERIFY2((r).finished == (mustFinish), qPrintable((r).debug));                                                 \
         if (mustFinish)                                                                                                \
-            QCOMPARE((r).exitCode, 0);                                                                                 \
+            QVERIFY2((r).exitCode == 0, qPrintable(QStringLiteral("exit code %1\n").arg((r).exitCode) + (r).debug.right(700))); \
     } while (false)
 
 // Checks the debug stream of a run against expected and absent lines.
