@@ -57,6 +57,28 @@ void Spectrum::addPoint(double x, double y)
     }
 }
 
+void Spectrum::scanRange()
+{
+    resetRange();
+    const QPointF *p = points.constData();
+    for (int i = 0, n = int(points.size()); i < n; ++i) {
+        const double x = p[i].x();
+        const double y = p[i].y();
+        if (x < xMin)
+            xMin = x;
+        if (x > xMax)
+            xMax = x;
+        if (y < yMin) {
+            yMin = y;
+            iYMin = i;
+        }
+        if (y > yMax) {
+            yMax = y;
+            iYMax = i;
+        }
+    }
+}
+
 int Spectrum::segmentFor(double x, int n) const
 {
     if (x <= points[0].x())
@@ -128,13 +150,17 @@ void Spectrum::smooth(int halfWidth)
     const int w = qMax(halfWidth, 0);
     const int n = points.size();
     smoothY.resize(n);
+    // Raw pointers: indexing the lists of a non-const object would check for
+    // sharing at every read, and this runs once per spectrum of a map.
+    const QPointF *p = points.constData();
+    double *out = smoothY.data();
     for (int i = 0; i < n; ++i) {
         const int from = qMax(i - w, 0);
         const int to = qMin(i + w, n - 1);
         double sum = 0.0;
         for (int j = from; j <= to; ++j)
-            sum += points[j].y();
-        smoothY[i] = sum / (to - from + 1);
+            sum += p[j].y();
+        out[i] = sum / (to - from + 1);
     }
     smoothValid = true;
 }

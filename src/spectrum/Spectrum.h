@@ -24,6 +24,10 @@ public:
     void resetRange();
 
     void addPoint(double x, double y);
+    // Extremes and their indices over all points, exactly as addPoint would
+    // have left them after adding the points one by one: for curves written
+    // in bulk through points.data().
+    void scanRange();
     // Makes room for n points. reset() keeps the room of an unshared curve,
     // so a curve refilled call after call stops allocating once warm.
     void reserve(int n) { points.reserve(n); }

@@ -252,8 +252,9 @@ void XafsSpectrum::analyze(int lt, Curves curves)
         end = n - 1;
         bool haveStart = false;
         bool haveEnd = false;
+        const QPointF *p = points.constData();
         for (int i = 0; i + 1 < n && !(haveStart && haveEnd); ++i) {
-            const double m = (points[i].x() + points[i + 1].x()) / 2;
+            const double m = (p[i].x() + p[i + 1].x()) / 2;
             if (!haveStart && m > from) {
                 start = i;
                 haveStart = true;
@@ -268,8 +269,9 @@ void XafsSpectrum::analyze(int lt, Curves curves)
     // Rough edge: the steepest rise of the smoothed curve, first of equals.
     int best = 0;
     double rise = 0.0;
+    const double *sy = smoothY.constData();
     for (int i = start; i < end; ++i) {
-        const double r = smoothY[i + 1] - smoothY[i];
+        const double r = sy[i + 1] - sy[i];
         if (r > rise) {
             rise = r;
             best = i;
@@ -307,32 +309,44 @@ void XafsSpectrum::fillNormalised(Curves which)
     }
     if (which == Curves::None)
         return;
+    // Written in bulk and scanned for extremes afterwards: appending point by
+    // point cost more than all the arithmetic of the analysis.
+    const QPointF *p = points.constData();
+    const double shift = activeShift();
     if (which == Curves::DoubleNormPre) {
-        doubleNormPre.points.reserve(n);
+        doubleNormPre.points.resize(n);
+        QPointF *dnPre = doubleNormPre.points.data();
         for (int i = 0; i < n; ++i) {
-            const double e = energyAt(i);
+            const double e = p[i].x() - shift;
             const double vPre = pre.valueAt(e);
             const double gap = post.valueAt(e) - vPre;
-            doubleNormPre.addPoint(points[i].x(), (points[i].y() - vPre) / gap);
+            dnPre[i] = QPointF(p[i].x(), (p[i].y() - vPre) / gap);
         }
+        doubleNormPre.scanRange();
         return;
     }
     for (Spectrum *c : curves)
-        c->points.reserve(n);
+        c->points.resize(n);
+    QPointF *nPost = normPost.points.data();
+    QPointF *dnPost = doubleNormPost.points.data();
+    QPointF *nPost1 = normPostPlus1.points.data();
+    QPointF *dnPre = doubleNormPre.points.data();
     // No guard on purpose: a zero jump or touching lines give inf or NaN,
     // and the later analyses see them as they are.
     for (int i = 0; i < n; ++i) {
-        const double x = points[i].x();
-        const double y = points[i].y();
-        const double e = energyAt(i);
+        const double x = p[i].x();
+        const double y = p[i].y();
+        const double e = x - shift;
         const double vPre = pre.valueAt(e);
         const double vPost = post.valueAt(e);
         const double gap = vPost - vPre;
-        normPost.addPoint(x, (y - vPost) / dMut);
-        doubleNormPost.addPoint(x, (y - vPost) / gap);
-        normPostPlus1.addPoint(x, (y - vPost) / dMut + 1);
-        doubleNormPre.addPoint(x, (y - vPre) / gap);
+        nPost[i] = QPointF(x, (y - vPost) / dMut);
+        dnPost[i] = QPointF(x, (y - vPost) / gap);
+        nPost1[i] = QPointF(x, (y - vPost) / dMut + 1);
+        dnPre[i] = QPointF(x, (y - vPre) / gap);
     }
+    for (Spectrum *c : curves)
+        c->scanRange();
 }
 
 bool XafsSpectrum::fitLines(double x, int lt)
