@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs the fuzz targets one after another at low priority:
 #   fuzz/run.sh <build-dir> <seconds-per-target> [target...]
+# FUZZ_RUNS=<n> also ends each target after n executions.
 # Corpora grow in <build-dir>/corpus/<target>, crashes land in
 # <build-dir>/crashes/<target>, logs in <build-dir>/fuzzlogs.
 set -uo pipefail
@@ -9,11 +10,11 @@ here=$(dirname "$(realpath "$0")")
 targets=("$@")
 [ ${#targets[@]} -eq 0 ] && targets=(fuzz_tiff fuzz_img fuzz_textimage fuzz_errpoints fuzz_spectrum
   fuzz_refenergies fuzz_emp fuzz_config fuzz_cmdline fuzz_batch fuzz_stars fuzz_elements)
-python3 "$here/make_seeds.py" "$build/seeds"
+[ -d "$build/seeds" ] || python3 "$here/make_seeds.py" "$build/seeds"
 mkdir -p "$build/fuzzlogs"
 for t in "${targets[@]}"; do
   mkdir -p "$build/corpus/$t" "$build/crashes/$t"
-  nice -n 10 "$build/fuzz/$t" -max_total_time="$secs" -rss_limit_mb=1024 -timeout=10 \
+  nice -n 10 "$build/fuzz/$t" -max_total_time="$secs" -runs="${FUZZ_RUNS:--1}" -rss_limit_mb=1024 -timeout=10 \
     -print_final_stats=1 -artifact_prefix="$build/crashes/$t/" \
     "$build/corpus/$t" "$build/seeds/$t" > "$build/fuzzlogs/$t.log" 2>&1
   rc=$?

@@ -32,6 +32,7 @@ class SaveDataCfg;
 class LoadTiff;
 class QPainter;
 class QThread;
+class QTimer;
 class SelectDataFiles;
 class Stars;
 class XafsFileSelect;
@@ -183,6 +184,9 @@ private:
     QThread *i0LoadThread = nullptr;
     LoadTiff *i1Loader = nullptr;
     LoadTiff *i0Loader = nullptr;
+    // Pace the spectrum under the pointer while frames arrive.
+    QTimer *loadSpectrumTimer = nullptr;
+    QElapsedTimer loadSpectrumClock;
     // Hooks for the spectrum under the pointer (src/images/BodyImages.cpp),
     // which the spectrum view fills in: a new I1 stack makes the two
     // spectrum views scale anew, a new frame refreshes the spectrum at the

@@ -11,6 +11,7 @@
 
 #include <QDebug>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QThread>
 
 namespace {
@@ -50,6 +51,10 @@ void Body::setupLoading()
     i0Loader = new LoadTiff;
     i1LoadThread = startLoaderThread(i1Loader, QStringLiteral("I1 loader"), this);
     i0LoadThread = startLoaderThread(i0Loader, QStringLiteral("I0 loader"), this);
+
+    loadSpectrumTimer = new QTimer(this);
+    loadSpectrumTimer->setSingleShot(true);
+    connect(loadSpectrumTimer, &QTimer::timeout, this, &Body::spectrumOnNewFrame);
 
     connect(this, &Body::loadI1Files, i1Loader, &LoadTiff::loadTiffs);
     connect(this, &Body::loadI0Files, i0Loader, &LoadTiff::loadTiffs);
@@ -296,7 +301,20 @@ void Body::spectrumOnNewI1Stack()
 
 void Body::spectrumOnNewFrame()
 {
+    // The spectrum spans every frame so far: formed on each arriving frame it
+    // made a load cost the square of its length (minutes for thousands of
+    // frames). It is formed at most five times a second while frames arrive;
+    // the last of them is always formed, late at most by the interval, and
+    // the end of a load forms it once more.
+    constexpr int kIntervalMs = 200;
+    if (loadSpectrumClock.isValid() && loadSpectrumClock.elapsed() < kIntervalMs) {
+        if (!loadSpectrumTimer->isActive())
+            loadSpectrumTimer->start(kIntervalMs - int(loadSpectrumClock.elapsed()));
+        return;
+    }
+    loadSpectrumTimer->stop();
     showXafsSpectrum();
+    loadSpectrumClock.start();
 }
 
 void Body::spectrumOnLoadFinished(bool)
