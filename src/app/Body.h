@@ -241,6 +241,8 @@ public:
     // once the curve has room; copy it to keep it. The absorption and its
     // corner form share one curve; raw and the two sections have their own.
     const Spectrum &absorptionSpectrum(int x, int y, int hw, int vw);
+    // The same, with rawSpectrum's curve of the box taken from the same sums.
+    const Spectrum &absorptionSpectrumWithRaw(int x, int y, int hw, int vw);
     const Spectrum &absorptionSpectrumByCorners(int x0, int y0, int x1, int y1);
     const Spectrum &rawSpectrum(int x, int y, int hw, int vw);
     // Along row y / column x of the frame at SeekBar's index, in the stack

@@ -1,6 +1,7 @@
 #include "images/Absorption.h"
 
 #include "images/AbsorptionInput.h"
+#include "images/BoxRowSums.h"
 #include "images/TiffData.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
@@ -121,15 +122,43 @@ void section(const AbsorptionInput &in, int index, bool inI0Stack, bool horizont
     const qint64 along = horizontal ? w : h;
     if (at < 0 || at >= across)
         return;
-    const TiffData *frame = stack.at(index);
+    TiffData *frame = stack.at(index);
+    // The boxes along the section slide by one pixel: sliding sums give them
+    // for the frame and for the I0 frames its energy reads (the same pair all
+    // along), exact and so equal to boxSum's, without summing every box anew
+    // (the sections cost more than the spectrum on wide frames).
+    QVector<TiffData *> frames{frame};
+    qsizetype a = 0;
+    qsizetype b = 0;
+    if (asAbsorption && i0.size() == 1) {
+        frames << i0.at(0);
+    } else if (asAbsorption && i0.size() > 1) {
+        TiffData::interpolationPair(i0, frame->energy, a, b);
+        frames << i0.at(a) << i0.at(b);
+    }
+    BoxRowSums sums;
+    if (horizontal) {
+        sums.setUp(frames, hw, vw, 0, int(along - 1));
+        sums.moveTo(at);
+    } else {
+        sums.setUp(frames, hw, vw, at, at);
+    }
     out.reserve(int(along));
     for (qint64 i = 0; i < along; ++i) {
         const int x = horizontal ? int(i) : at;
         const int y = horizontal ? at : int(i);
-        const double s = frame->boxSum(x, y, hw, vw);
+        if (!horizontal)
+            sums.moveTo(y);
+        const double s = sums.sum(0, x);
         double value = s;
         if (asAbsorption) {
-            const double i0Sum = TiffData::interpolatedBoxSum(i0, frame->energy, x, y, hw, vw);
+            // As TiffData::interpolatedBoxSum over the I0 stack.
+            double i0Sum = 1.0;
+            if (i0.size() == 1)
+                i0Sum = sums.sum(1, x);
+            else if (i0.size() > 1)
+                i0Sum = TiffData::interpolateSums(i0.at(a)->energy, sums.sum(1, x), i0.at(b)->energy, sums.sum(2, x),
+                                                  frame->energy);
             value = muOf(i0Sum, s, in.fluoType);
         }
         out.addPoint(horizontal ? double(x) : double(h - y), value);
@@ -211,9 +240,11 @@ void updateDarkList(const QVector<TiffData *> &frames, const TiffData *dark, con
         list.append(frames.at(i)->rectMean(rect) - darkMean);
 }
 
-void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out)
+void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out, Spectrum *raw)
 {
     out.reset();
+    if (raw)
+        raw->reset();
     const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
     const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
     if (i1.isEmpty() || !centreInside(i1, x, y))
@@ -221,8 +252,16 @@ void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw,
     growDarkLists(in);
     const double darkSum = in.dark ? in.dark->boxSum(x, y, hw, vw) : 0.0;
     StackSums i0Sums(i0, x, y, hw, vw);
+    if (raw)
+        raw->reserve(int(i1.size()));
     fillSpectrum(
-        in, hw, vw, darkSum, [&](qsizetype i) { return i1.at(i)->boxSum(x, y, hw, vw); },
+        in, hw, vw, darkSum,
+        [&](qsizetype i) {
+            const double s = i1.at(i)->boxSum(x, y, hw, vw);
+            if (raw)
+                raw->addPoint(i1.at(i)->energy, s);
+            return s;
+        },
         [&](qsizetype, double e) { return i0Sums.at(e); }, out);
 }
 

@@ -40,7 +40,9 @@ namespace Absorption {
 // An I0 dark list shorter than the I1 stack adds nothing beyond its end.
 //
 // Grows the dark lists that are in use (see updateDarkList).
-void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out);
+// With raw, also fills it as rawSpectrum would, from the same I1 sums.
+void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out,
+                        Spectrum *raw = nullptr);
 
 // absorptionSpectrum for walks over many boxes whose sums are taken in bulk
 // (BoxRowSums). Made once, on the thread that owns the dark lists (it grows

@@ -267,6 +267,12 @@ const Spectrum &Body::absorptionSpectrum(int x, int y, int hw, int vw)
     return absSpectrum;
 }
 
+const Spectrum &Body::absorptionSpectrumWithRaw(int x, int y, int hw, int vw)
+{
+    Absorption::absorptionSpectrum(absorptionInput(), x, y, hw, vw, absSpectrum, &rawSpec);
+    return absSpectrum;
+}
+
 const Spectrum &Body::absorptionSpectrumByCorners(int x0, int y0, int x1, int y1)
 {
     Absorption::absorptionSpectrumByCorners(absorptionInput(), x0, y0, x1, y1, absSpectrum);

@@ -81,7 +81,9 @@ void Body::showXafsSpectrum()
     const double dE = currentEShift();
     const int hw = viewHalfWidth();
     const int vw = viewHalfHeight();
-    const XafsSpectrum x(absorptionSpectrum(curX, curY, hw, vw), QStringLiteral("body-show"), targetLineType(), dE,
+    // The raw curve comes from the same box sums: on a large stack the sums
+    // are most of the pointer's cost.
+    const XafsSpectrum x(absorptionSpectrumWithRaw(curX, curY, hw, vw), QStringLiteral("body-show"), targetLineType(), dE,
                          suggestElm());
     const double e = xafsView->setTarget(x);
     // The analysis window sees the same spectrum, analysed as a single one;
@@ -93,7 +95,7 @@ void Body::showXafsSpectrum()
     ui->PosY->setText(QString::asprintf("% 4d", curY));
     ui->EShiftOnTbl->setText(QString::asprintf("%6.3f", dE));
     ui->EShiftFromStd->setText(QString::asprintf("%5.2f", e));
-    xafsView->setRaw(rawSpectrum(curX, curY, hw, vw));
+    xafsView->setRaw(rawSpec);
     emit currentPosition(curX, curY, hw, vw);
 }
 
