@@ -6,8 +6,12 @@
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
 
+#include <QSemaphore>
+#include <QThreadPool>
+
 #include <climits>
 #include <cmath>
+#include <vector>
 
 namespace {
 
@@ -251,17 +255,51 @@ void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw,
         return;
     growDarkLists(in);
     const double darkSum = in.dark ? in.dark->boxSum(x, y, hw, vw) : 0.0;
-    StackSums i0Sums(i0, x, y, hw, vw);
     if (raw)
         raw->reserve(int(i1.size()));
+    const auto i1Sum = [&](qsizetype i, double s) {
+        if (raw)
+            raw->addPoint(i1.at(i)->energy, s);
+        return s;
+    };
+
+    // A large box over long stacks (the pointer over a full detector) is
+    // memory-bound: the I0 stack is summed on a pool thread while this one
+    // sums the I1 stack. The same sums, so the same numbers; when no pool
+    // thread is free the sums are taken here, one stack after the other.
+    const double boxPixels = (2.0 * std::abs(double(hw)) + 1) * (2.0 * std::abs(double(vw)) + 1);
+    const bool split = in.useI0 && !totalCurve(in) && i0.size() >= 2 && i0.size() <= 2 * i1.size()
+                       && boxPixels * double(i1.size() + i0.size()) >= 200000.0;
+    if (split) {
+        std::vector<double> i0All(size_t(i0.size()));
+        QSemaphore done;
+        const bool started = QThreadPool::globalInstance()->tryStart([&] {
+            for (qsizetype k = 0; k < i0.size(); ++k)
+                i0All[size_t(k)] = i0.at(k)->boxSum(x, y, hw, vw);
+            done.release();
+        });
+        if (started) {
+            std::vector<double> i1All(size_t(i1.size()));
+            for (qsizetype k = 0; k < i1.size(); ++k)
+                i1All[size_t(k)] = i1.at(k)->boxSum(x, y, hw, vw);
+            done.acquire();
+            fillSpectrum(
+                in, hw, vw, darkSum, [&](qsizetype i) { return i1Sum(i, i1All[size_t(i)]); },
+                [&](qsizetype, double e) {
+                    // As StackSums::at with two frames or more.
+                    qsizetype a;
+                    qsizetype b;
+                    TiffData::interpolationPair(i0, e, a, b);
+                    return TiffData::interpolateSums(i0.at(a)->energy, i0All[size_t(a)], i0.at(b)->energy,
+                                                     i0All[size_t(b)], e);
+                },
+                out);
+            return;
+        }
+    }
+    StackSums i0Sums(i0, x, y, hw, vw);
     fillSpectrum(
-        in, hw, vw, darkSum,
-        [&](qsizetype i) {
-            const double s = i1.at(i)->boxSum(x, y, hw, vw);
-            if (raw)
-                raw->addPoint(i1.at(i)->energy, s);
-            return s;
-        },
+        in, hw, vw, darkSum, [&](qsizetype i) { return i1Sum(i, i1.at(i)->boxSum(x, y, hw, vw)); },
         [&](qsizetype, double e) { return i0Sums.at(e); }, out);
 }
 

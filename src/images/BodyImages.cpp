@@ -319,6 +319,9 @@ void Body::spectrumOnNewFrame()
 
 void Body::spectrumOnLoadFinished(bool)
 {
+    // The spectrum is formed here; a paced one still due would come late,
+    // in the middle of whatever a batch does next.
+    loadSpectrumTimer->stop();
     curX = 0;
     curY = 0;
     showXafsSpectrum();
