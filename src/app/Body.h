@@ -243,6 +243,10 @@ public:
     const Spectrum &absorptionSpectrum(int x, int y, int hw, int vw);
     // The same, with rawSpectrum's curve of the box taken from the same sums.
     const Spectrum &absorptionSpectrumWithRaw(int x, int y, int hw, int vw);
+    // Both cross sections through (x, y) of the frame on show into hSection
+    // and vSection, as horizontalSection(y, 1, viewHalfHeight()) and
+    // verticalSection(x, 1, viewHalfWidth()) give them.
+    void crossSections(int x, int y, bool asAbsorption);
     const Spectrum &absorptionSpectrumByCorners(int x0, int y0, int x1, int y1);
     const Spectrum &rawSpectrum(int x, int y, int hw, int vw);
     // Along row y / column x of the frame at SeekBar's index, in the stack

@@ -7,6 +7,8 @@
 #include "analysis/Analyzer.h"
 #include "app/LineItems.h"
 #include "app/TruncatedInt.h"
+#include "images/Absorption.h"
+#include "images/AbsorptionInput.h"
 #include "images/SelectDataFiles.h"
 #include "images/TiffData.h"
 #include "ui_Body.h"
@@ -19,6 +21,8 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSemaphore>
+#include <QThreadPool>
 
 #include <cmath>
 
@@ -99,6 +103,29 @@ void Body::showXafsSpectrum()
     emit currentPosition(curX, curY, hw, vw);
 }
 
+void Body::crossSections(int x, int y, bool asAbsorption)
+{
+    const AbsorptionInput in = absorptionInput();
+    const int index = ui->SeekBar->value();
+    const bool inI0 = !ui->ShowData->isChecked();
+    const int hh = viewHalfHeight();
+    const int hw = viewHalfWidth();
+    auto horizontal = [&] { Absorption::horizontalSection(in, index, inI0, y, 1, hh, asAbsorption, hSection); };
+    // The two read the same frames and write their own curves. On a wide
+    // detector they cost more than the spectrum under the pointer, so the
+    // horizontal one is taken on a pool thread meanwhile, when one is free.
+    QSemaphore done;
+    const bool apart = imgW + imgH >= 1024 && QThreadPool::globalInstance()->tryStart([&] {
+        horizontal();
+        done.release();
+    });
+    if (!apart)
+        horizontal();
+    Absorption::verticalSection(in, index, inI0, x, 1, hw, asAbsorption, vSection);
+    if (apart)
+        done.acquire();
+}
+
 void Body::onMouseMovedInDispA()
 {
     const ImgDispA *a = ui->dispA;
@@ -106,10 +133,11 @@ void Body::onMouseMovedInDispA()
     const int iy = truncatedInt(a->cc.s2ry(a->m.y));
     const bool asAbsorption = ui->ShowData->isChecked();
 
-    ui->HCross->setData(horizontalSection(iy, 1, viewHalfHeight(), asAbsorption));
+    crossSections(ix, iy, asAbsorption);
+    ui->HCross->setData(hSection);
     ui->HCross->pos = ix;
     ui->HCross->update();
-    ui->VCross->setData(verticalSection(ix, 1, viewHalfWidth(), asAbsorption));
+    ui->VCross->setData(vSection);
     // The vertical section's abscissa is imgH - y, so that the cut stands
     // the right way up beside the image; its mark is put on the same scale.
     ui->VCross->pos = imgH - iy;
