@@ -48,7 +48,8 @@ double timedRun(const QString &exe, const QString &dir, const QStringList &run, 
     QStringList batch{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d",
                       "load_I1_files_of_pattern new " + dir + "/ i1_*.tif",
                       "load_I0_files_of_pattern new " + dir + "/ i0_*.tif",
-                      "set_view_w 10", "set_view_h 10", "saveDataCfg_save_as_text"};
+                      "set_view_w 10", "set_view_h 10", "saveDataCfg_save_as_text", "saveDataCfg_text_as_ssv",
+                      "saveDataCfg_text_as_vals"};
     batch << run << "quit";
     QFile bat(dir + "/bench.bat");
     bat.open(QIODevice::WriteOnly);
@@ -152,11 +153,21 @@ int main(int argc, char **argv)
     const QByteArray npb = npf.readAll();
     const auto *np = reinterpret_cast<const double *>(npb.constData());
     double worst = 0;
+    size_t worstAt = 0;
+    size_t differ = 0;
     const size_t n = std::min(mine.size(), size_t(npb.size() / 8));
-    for (size_t i = 0; i < n; ++i)
-        worst = std::max(worst, std::fabs(mine[i] - np[i]) / std::max(1.0, std::fabs(np[i])));
-    std::printf("maps compared at %zu of %d points: largest difference %.2g\n", n,
-                side * side, worst);
+    for (size_t i = 0; i < n; ++i) {
+        const double d = std::fabs(mine[i] - np[i]) / std::max(1.0, std::fabs(np[i]));
+        differ += d > 1e-9;
+        if (d > worst)
+            worst = d, worstAt = i;
+    }
+    std::printf("maps compared at %zu of %d points, %zu differ: largest difference %.2g", n, side * side, differ,
+                worst);
+    if (worst > 0)
+        std::printf(" at x %zu, y %zu (program %.9g, numpy %.9g)", worstAt % size_t(side), worstAt / size_t(side),
+                    mine[worstAt], np[worstAt]);
+    std::printf("\n");
 
     // One-at-a-time rate on a band of 8 rows.
     const QStringList band{"analyzer_select_sub_mode_dEdge 1", "set_analyze_w 0", "set_analyze_h 0",
