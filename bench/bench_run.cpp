@@ -152,7 +152,7 @@ void components()
 
 // Runs the program on the stack in `dir` and returns the seconds between the
 // ":echo" lines around the run, or -1.
-double timedRun(const QString &exe, const QString &dir, const QStringList &settings, int *points)
+double timedRun(const QString &exe, const QString &dir, const QStringList &settings, int *points, bool serial = false)
 {
     QFile cfg(dir + "/bench.cfg");
     cfg.open(QIODevice::WriteOnly);
@@ -171,6 +171,8 @@ double timedRun(const QString &exe, const QString &dir, const QStringList &setti
     p.setWorkingDirectory(dir);
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert("QT_QPA_PLATFORM", "offscreen");
+    if (serial)
+        env.insert("TESSARELLE_SERIAL_RUN", "1");
     p.setProcessEnvironment(env);
     p.setProcessChannelMode(QProcess::SeparateChannels);
     QElapsedTimer t;
@@ -230,6 +232,40 @@ void wholeRuns(const QString &exe)
         int points = 0;
         const double s = timedRun(exe, tmp.path(), r.settings, &points);
         std::printf("run %-22s %6d points in %7.2f s: %8.0f points/s\n", r.what, points, s, points / s);
+    }
+
+    // Each analysis alone on the same band, one spectrum at a time against
+    // the threaded path. The fits take two references: edges 2 eV apart.
+    for (int r = 0; r < 2; ++r) {
+        QFile f(QStringLiteral("%1/ref%2.dat").arg(tmp.path()).arg(r));
+        f.open(QIODevice::WriteOnly | QIODevice::Text);
+        for (int k = 0; k < Frames; ++k) {
+            const double mu = 0.4 + 0.6 * (0.5 + std::atan((energy(k) - 8978 - 2 * r) / 2.0) / M_PI);
+            f.write(QStringLiteral("%1 %2\n").arg(energy(k), 0, 'g', 17).arg(mu, 0, 'g', 17).toLatin1());
+        }
+    }
+    const QStringList band{"set_analyze_w 0", "set_analyze_h 0", "select_region 0 0 512 8"};
+    const QStringList lcf{"analyzer_set_LCF_range 8950 9030",
+                          "analyzer_set_LCF_std 0 1 0 " + tmp.path() + "/ref0.dat 0",
+                          "analyzer_set_LCF_std 1 1 2 " + tmp.path() + "/ref1.dat 0"};
+    const struct {
+        const char *what;
+        QStringList settings;
+    } analyses[] = {
+        {"edge position", {"analyzer_sub_mode 0 1 0 0 0 0"}},
+        {"LCF", QStringList{"analyzer_sub_mode 0 0 1 0 0 0"} + lcf},
+        {"MLCF", QStringList{"analyzer_sub_mode 0 0 1 0 0 0", "analyzer_set_MLCF 1"} + lcf},
+        {"elements", {"analyzer_sub_mode 0 0 0 1 0 0", "analyzer_target_elements \"Cu, Ni\"",
+                      "analyzer_elems_set_use Cu-K 1", "analyzer_elems_set_use Ni-K 1"}},
+        {"residual absorption", {"analyzer_sub_mode 0 0 0 0 1 0", "analyzer_set_ra_energy 8985"}},
+        {"feature value", {"analyzer_sub_mode 0 0 0 0 0 1"}},
+    };
+    std::printf("each analysis, step 1, rows 0..8 (points/s): one at a time / threaded\n");
+    for (const auto &a : analyses) {
+        int points = 0;
+        const double one = timedRun(exe, tmp.path(), band + a.settings, &points, true);
+        const double many = timedRun(exe, tmp.path(), band + a.settings, &points, false);
+        std::printf("  %-20s %8.0f / %8.0f  (%.1fx)\n", a.what, points / one, points / many, one / many);
     }
 }
 

@@ -206,7 +206,10 @@ void fillSpectrum(const AbsorptionInput &in, int hw, int vw, double darkSum, I1S
     const bool i0Area = in.useI0DarkArea && in.i0DarkList;
     const Spectrum *total = totalCurve(in);
 
-    out.reserve(int(i1.size()));
+    // Written in place and scanned for its extremes once: appending point by
+    // point was a good part of a map point's cost.
+    out.points.resize(i1.size());
+    QPointF *points = out.points.data();
     for (qsizetype i = 0; i < i1.size(); ++i) {
         const TiffData *frame = i1.at(i);
         // The I1 list is at least as long as the stack after the update; a
@@ -225,8 +228,9 @@ void fillSpectrum(const AbsorptionInput &in, int hw, int vw, double darkSum, I1S
         else if (in.useI0)
             a = i0At(i, frame->energy) - d0;
         const double b = i1Sum(i) - d1;
-        out.addPoint(frame->energy, muOf(a, b, in.fluoType));
+        points[i] = QPointF(frame->energy, muOf(a, b, in.fluoType));
     }
+    out.scanRange();
 }
 
 } // namespace
