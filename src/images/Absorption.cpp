@@ -2,6 +2,7 @@
 
 #include "images/AbsorptionInput.h"
 #include "images/BoxRowSums.h"
+#include "images/FrameLoad.h"
 #include "images/TiffData.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/XafsSpectrum.h"
@@ -9,8 +10,10 @@
 #include <QSemaphore>
 #include <QThreadPool>
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -110,6 +113,52 @@ private:
     int m_older = 0;
 };
 
+// The box sums of frame f centred on (x, 0), (x, 1), ... (x, count - 1), as
+// boxSum gives them. Integer frames: the box's columns summed once per frame
+// row, then a running sum down the column; integers add up exactly, so the
+// sums are boxSum's to the bit. Float frames: box by box, as boxSum does.
+void columnBoxSums(const TiffData &f, int x, int hw, int vw, qint64 count, std::vector<double> &sums)
+{
+    sums.assign(size_t(std::max<qint64>(count, 0)), 0.0);
+    const bool direct = f.pixelType == PixelF32 || f.pixelType == PixelF64;
+    if (direct) {
+        for (qint64 y = 0; y < count; ++y)
+            sums[size_t(y)] = f.boxSum(x, int(y), hw, vw);
+        return;
+    }
+    if (f.pixelType == PixelNone || f.width == 0 || f.height == 0)
+        return;
+    const qint64 h = std::abs(qint64(hw));
+    const qint64 v = std::abs(qint64(vw));
+    const qint64 fx = qint64(x) - f.shiftX;
+    const qint64 c0 = std::max<qint64>(fx - h, 0);
+    const qint64 c1 = std::min<qint64>(fx + h, qint64(f.width) - 1);
+    if (c0 > c1)
+        return;
+    const qint64 rows = qint64(f.height);
+    std::vector<qint64> run(size_t(rows) + 1, 0); // run[r] = rows 0..r-1
+    withPixelType(f.pixelType, 0, [&](auto tag) {
+        using T = typename decltype(tag)::type;
+        if constexpr (std::is_integral_v<T>) {
+            qint64 total = 0;
+            for (qint64 r = 0; r < rows; ++r) {
+                const T *row = static_cast<const T *>(f.rows[r]);
+                for (qint64 c = c0; c <= c1; ++c)
+                    total += qint64(row[c]);
+                run[size_t(r) + 1] = total;
+            }
+        }
+        return 0;
+    });
+    for (qint64 y = 0; y < count; ++y) {
+        const qint64 fy = y - f.shiftY;
+        const qint64 r0 = std::max<qint64>(fy - v, 0);
+        const qint64 r1 = std::min<qint64>(fy + v, rows - 1);
+        if (r0 <= r1)
+            sums[size_t(y)] = double(run[size_t(r1) + 1] - run[size_t(r0)]);
+    }
+}
+
 void section(const AbsorptionInput &in, int index, bool inI0Stack, bool horizontal, int at, int hw, int vw,
              bool asAbsorption, Spectrum &out)
 {
@@ -140,28 +189,30 @@ void section(const AbsorptionInput &in, int index, bool inI0Stack, bool horizont
         TiffData::interpolationPair(i0, frame->energy, a, b);
         frames << i0.at(a) << i0.at(b);
     }
-    BoxRowSums sums;
+    // Along a row, BoxRowSums; down a column, columnBoxSums.
+    BoxRowSums rowSums;
+    std::vector<double> colSums[3];
     if (horizontal) {
-        sums.setUp(frames, hw, vw, 0, int(along - 1));
-        sums.moveTo(at);
+        rowSums.setUp(frames, hw, vw, 0, int(along - 1));
+        rowSums.moveTo(at);
     } else {
-        sums.setUp(frames, hw, vw, at, at);
+        for (qsizetype k = 0; k < frames.size(); ++k)
+            columnBoxSums(*frames.at(k), at, hw, vw, along, colSums[k]);
     }
+    const auto sum = [&](int k, qint64 i) { return horizontal ? rowSums.sum(k, int(i)) : colSums[k][size_t(i)]; };
     out.reserve(int(along));
     for (qint64 i = 0; i < along; ++i) {
         const int x = horizontal ? int(i) : at;
         const int y = horizontal ? at : int(i);
-        if (!horizontal)
-            sums.moveTo(y);
-        const double s = sums.sum(0, x);
+        const double s = sum(0, i);
         double value = s;
         if (asAbsorption) {
             // As TiffData::interpolatedBoxSum over the I0 stack.
             double i0Sum = 1.0;
             if (i0.size() == 1)
-                i0Sum = sums.sum(1, x);
+                i0Sum = sum(1, i);
             else if (i0.size() > 1)
-                i0Sum = TiffData::interpolateSums(i0.at(a)->energy, sums.sum(1, x), i0.at(b)->energy, sums.sum(2, x),
+                i0Sum = TiffData::interpolateSums(i0.at(a)->energy, sum(1, i), i0.at(b)->energy, sum(2, i),
                                                   frame->energy);
             value = muOf(i0Sum, s, in.fluoType);
         }
