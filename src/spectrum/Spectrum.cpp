@@ -39,10 +39,8 @@ void Spectrum::resetRange()
     iYMax = 1879048193;
 }
 
-void Spectrum::addPoint(double x, double y)
+void Spectrum::extendRange(double x, double y, int index)
 {
-    const int index = points.size();
-    points.append(QPointF(x, y));
     if (x < xMin)
         xMin = x;
     if (x > xMax)
@@ -57,26 +55,19 @@ void Spectrum::addPoint(double x, double y)
     }
 }
 
+void Spectrum::addPoint(double x, double y)
+{
+    const int index = points.size();
+    points.append(QPointF(x, y));
+    extendRange(x, y, index);
+}
+
 void Spectrum::scanRange()
 {
     resetRange();
     const QPointF *p = points.constData();
-    for (int i = 0, n = int(points.size()); i < n; ++i) {
-        const double x = p[i].x();
-        const double y = p[i].y();
-        if (x < xMin)
-            xMin = x;
-        if (x > xMax)
-            xMax = x;
-        if (y < yMin) {
-            yMin = y;
-            iYMin = i;
-        }
-        if (y > yMax) {
-            yMax = y;
-            iYMax = i;
-        }
-    }
+    for (int i = 0, n = int(points.size()); i < n; ++i)
+        extendRange(p[i].x(), p[i].y(), i);
 }
 
 int Spectrum::segmentFor(double x, int n) const

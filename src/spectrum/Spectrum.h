@@ -71,6 +71,9 @@ public:
     quint64 tag = 0;
 
 private:
+    // Takes point (x, y) at index into the extremes.
+    void extendRange(double x, double y, int index);
+
     // Index i0 of the segment (i0, i0 + 1) that serves x among the first n
     // points, n >= 2: the first segment at or below the first x, the last at
     // or above the last x, else the bisection's E[i0] <= x < E[i0 + 1].
