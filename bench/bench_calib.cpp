@@ -8,6 +8,7 @@
 // and the load of the 2048 x 2048 file by the batch command.
 //
 //   bench_calib [path of the tessarelle executable]
+#include "BenchProgram.h"
 #include "analysis/Analyzed2DRes.h"
 #include "calibration/EmpFile.h"
 #include "images/Absorption.h"
@@ -141,40 +142,7 @@ void components(const QString &dir)
 // The program is stopped once `to` has come.
 double timedRun(const QString &exe, const QString &dir, const QStringList &batch, const char *from, const char *to)
 {
-    QFile cfg(dir + "/bench.cfg");
-    cfg.open(QIODevice::WriteOnly);
-    cfg.write("batch :end\n");
-    cfg.close();
-    QFile bat(dir + "/bench.bat");
-    bat.open(QIODevice::WriteOnly);
-    bat.write(batch.join('\n').toLatin1() + "\n");
-    bat.close();
-    QProcess p;
-    p.setWorkingDirectory(dir);
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    p.setProcessEnvironment(env);
-    QElapsedTimer t;
-    qint64 start = -1, end = -1;
-    QByteArray pending;
-    QObject::connect(&p, &QProcess::readyReadStandardError, [&] {
-        pending += p.readAllStandardError();
-        int nl;
-        while ((nl = pending.indexOf('\n')) >= 0) {
-            const QByteArray line = pending.left(nl);
-            pending.remove(0, nl + 1);
-            if (start < 0 && line.contains(from))
-                start = t.nsecsElapsed();
-            else if (start >= 0 && end < 0 && line.contains(to)) {
-                end = t.nsecsElapsed();
-                p.kill();
-            }
-        }
-    });
-    t.start();
-    p.start(exe, {"-e", "-c", dir + "/bench.cfg", "-b", dir + "/bench.bat", "-x"});
-    p.waitForFinished(600000);
-    return start >= 0 && end > start ? double(end - start) / 1e9 : -1;
+    return timedProgramRun(exe, dir, batch, from, to, true);
 }
 
 void wholeRuns(const QString &exe, const QString &dir)

@@ -6,6 +6,7 @@
 // computation with the stacks in memory. The maps are compared point by point.
 //
 //   bench_edgemap [side [frames [tessarelle [numpy_edgemap.py]]]]
+#include "BenchProgram.h"
 #include "images/TiffWriter.h"
 
 #include <QCoreApplication>
@@ -41,47 +42,13 @@ quint16 i0Value(int x, int y, int k)
 // stream, or -1.
 double timedRun(const QString &exe, const QString &dir, const QStringList &run, bool serial)
 {
-    QFile cfg(dir + "/bench.cfg");
-    cfg.open(QIODevice::WriteOnly);
-    cfg.write("batch :end\n");
-    cfg.close();
     QStringList batch{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d",
                       "load_I1_files_of_pattern new " + dir + "/ i1_*.tif",
                       "load_I0_files_of_pattern new " + dir + "/ i0_*.tif",
                       "set_view_w 10", "set_view_h 10", "saveDataCfg_save_as_text", "saveDataCfg_text_as_ssv",
                       "saveDataCfg_text_as_vals"};
     batch << run << "quit";
-    QFile bat(dir + "/bench.bat");
-    bat.open(QIODevice::WriteOnly);
-    bat.write(batch.join('\n').toLatin1() + "\n");
-    bat.close();
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    if (serial)
-        env.insert("TESSARELLE_SERIAL_RUN", "1");
-    p.setProcessEnvironment(env);
-    p.setWorkingDirectory(dir);
-    QElapsedTimer t;
-    qint64 start = -1, end = -1;
-    QByteArray pending;
-    QObject::connect(&p, &QProcess::readyReadStandardError, [&] {
-        pending += p.readAllStandardError();
-        int nl;
-        while ((nl = pending.indexOf('\n')) >= 0) {
-            const QByteArray line = pending.left(nl);
-            pending.remove(0, nl + 1);
-            if (line.contains("run-start"))
-                start = t.nsecsElapsed();
-            if (line.contains("run-end"))
-                end = t.nsecsElapsed();
-        }
-    });
-    t.start();
-    p.start(exe, {"-e", "-c", dir + "/bench.cfg", "-b", dir + "/bench.bat", "-x"});
-    p.waitForFinished(-1);
-    QCoreApplication::processEvents();
-    return start >= 0 && end > start ? double(end - start) / 1e9 : -1;
+    return timedProgramRun(exe, dir, batch, "run-start", "run-end", false, serial);
 }
 
 // The map text file: one line per row of values.

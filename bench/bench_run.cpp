@@ -9,6 +9,7 @@
 // step 1 over a band of rows, and times the run from the batch's own lines.
 //
 //   bench_run [path of the tessarelle executable]
+#include "BenchProgram.h"
 #include "analysis/AnalyzeProc.h"
 #include "analysis/Analyzed2DRes.h"
 #include "analysis/EdgeAnalysis.h"
@@ -154,46 +155,10 @@ void components()
 // ":echo" lines around the run, or -1.
 double timedRun(const QString &exe, const QString &dir, const QStringList &settings, int *points, bool serial = false)
 {
-    QFile cfg(dir + "/bench.cfg");
-    cfg.open(QIODevice::WriteOnly);
-    cfg.write("batch :end\n");
-    cfg.close();
     QStringList batch{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d",
                       "load_I1_files_of_pattern new " + dir + "/ i1_*.tif",
                       "load_I0_files_of_pattern new " + dir + "/ i0_*.tif", "set_view_w 10", "set_view_h 10"};
     batch << settings << ":echo run-start" << "analyzer_exec_2da" << ":echo run-end" << "quit";
-    QFile bat(dir + "/bench.bat");
-    bat.open(QIODevice::WriteOnly);
-    bat.write(batch.join('\n').toLatin1() + "\n");
-    bat.close();
-
-    QProcess p;
-    p.setWorkingDirectory(dir);
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    if (serial)
-        env.insert("TESSARELLE_SERIAL_RUN", "1");
-    p.setProcessEnvironment(env);
-    p.setProcessChannelMode(QProcess::SeparateChannels);
-    QElapsedTimer t;
-    qint64 start = -1, end = -1;
-    QByteArray pending;
-    QObject::connect(&p, &QProcess::readyReadStandardError, [&] {
-        pending += p.readAllStandardError();
-        int nl;
-        while ((nl = pending.indexOf('\n')) >= 0) {
-            const QByteArray line = pending.left(nl);
-            pending.remove(0, nl + 1);
-            if (line.contains("run-start"))
-                start = t.nsecsElapsed();
-            if (line.contains("run-end"))
-                end = t.nsecsElapsed();
-        }
-    });
-    t.start();
-    p.start(exe, {"-e", "-c", dir + "/bench.cfg", "-b", dir + "/bench.bat", "-x"});
-    p.waitForFinished(-1);
-    QCoreApplication::processEvents();
     const QStringList area = settings.filter("select_region");
     int w = N, h = N;
     if (!area.isEmpty()) {
@@ -203,7 +168,7 @@ double timedRun(const QString &exe, const QString &dir, const QStringList &setti
     }
     const int step = settings.contains("set_analyze_w 0") ? 1 : 21;
     *points = ((w - (step / 2) + step - 1) / step) * ((h - (step / 2) + step - 1) / step);
-    return start >= 0 && end > start ? double(end - start) / 1e9 : -1;
+    return timedProgramRun(exe, dir, batch, "run-start", "run-end", false, serial);
 }
 
 void wholeRuns(const QString &exe)
