@@ -90,6 +90,23 @@ void BM_pointerMove(benchmark::State &state)
 }
 BENCHMARK(BM_pointerMove)->Unit(benchmark::kMillisecond);
 
+// The same, the pointer going down a diagonal a pixel at a time, so that
+// both sections change at every step.
+void BM_pointerMoveDiagonal(benchmark::State &state)
+{
+    Body &b = body();
+    auto *a = b.findChild<ImgDispA *>(QStringLiteral("dispA"));
+    a->resetImageViewWindow();
+    a->setupCoords();
+    int i = 0;
+    for (auto _ : state) {
+        const int step = i & 63;
+        a->setRealMousePos(200.5 + step, 300.5 + step);
+        ++i;
+    }
+}
+BENCHMARK(BM_pointerMoveDiagonal)->Unit(benchmark::kMillisecond);
+
 // The pointer jumping between far corners of the image, so that no box
 // read before is still in the caches.
 void BM_pointerJump(benchmark::State &state)

@@ -4,6 +4,8 @@
 #include "batch/CmdLine.h"
 #include "spectrum/SuggestElm.h"
 #include "batch/ExCmdId.h"
+#include "images/Absorption.h"
+#include "images/CrossSection.h"
 #include "images/ErrPoints.h"
 #include "images/H5Stack.h"
 #include "images/TiffData.h"
@@ -298,8 +300,11 @@ private:
     XafsFileSelect *bgSelect = nullptr;
     Spectrum absSpectrum;
     Spectrum rawSpec;
+    Absorption::KeptSums pointerSums; // the pointer's box sums, slid as it moves
     Spectrum hSection;
     Spectrum vSection;
+    CrossSection hCross{true}; // the pointer's sections, slid as it moves
+    CrossSection vCross{false};
 
     // Main view (src/view/BodyMainView.cpp): the spectrum under the pointer,
     // the cross sections and values under it, what is drawn over the image,

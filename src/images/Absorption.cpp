@@ -2,6 +2,7 @@
 
 #include "images/AbsorptionInput.h"
 #include "images/BoxRowSums.h"
+#include "images/CrossSection.h"
 #include "images/FrameLoad.h"
 #include "images/TiffData.h"
 #include "spectrum/Spectrum.h"
@@ -37,16 +38,6 @@ bool centreInside(const QVector<TiffData *> &i1, int x, int y)
     qint64 h;
     imageSize(i1, w, h);
     return x >= 0 && y >= 0 && x < w && y < h;
-}
-
-// mu from a reference a and a signal b. In transmission a zero or negative
-// product gives 1.0 rather than a skipped point or a NaN; in fluorescence the
-// quotient stands as it comes.
-double muOf(double a, double b, bool fluoType)
-{
-    if (fluoType)
-        return b / a;
-    return b * a > 0 ? std::log(a / b) : 1.0;
 }
 
 // Half the difference of two ints, rounded up. It fits an int except for the
@@ -113,113 +104,6 @@ private:
     int m_older = 0;
 };
 
-// The box sums of frame f centred on (x, 0), (x, 1), ... (x, count - 1), as
-// boxSum gives them. Integer frames: the box's columns summed once per frame
-// row, then a running sum down the column; integers add up exactly, so the
-// sums are boxSum's to the bit. Float frames: box by box, as boxSum does.
-void columnBoxSums(const TiffData &f, int x, int hw, int vw, qint64 count, std::vector<double> &sums)
-{
-    sums.assign(size_t(std::max<qint64>(count, 0)), 0.0);
-    const bool direct = f.pixelType == PixelF32 || f.pixelType == PixelF64;
-    if (direct) {
-        for (qint64 y = 0; y < count; ++y)
-            sums[size_t(y)] = f.boxSum(x, int(y), hw, vw);
-        return;
-    }
-    if (f.pixelType == PixelNone || f.width == 0 || f.height == 0)
-        return;
-    const qint64 h = std::abs(qint64(hw));
-    const qint64 v = std::abs(qint64(vw));
-    const qint64 fx = qint64(x) - f.shiftX;
-    const qint64 c0 = std::max<qint64>(fx - h, 0);
-    const qint64 c1 = std::min<qint64>(fx + h, qint64(f.width) - 1);
-    if (c0 > c1)
-        return;
-    const qint64 rows = qint64(f.height);
-    std::vector<qint64> run(size_t(rows) + 1, 0); // run[r] = rows 0..r-1
-    withPixelType(f.pixelType, 0, [&](auto tag) {
-        using T = typename decltype(tag)::type;
-        if constexpr (std::is_integral_v<T>) {
-            qint64 total = 0;
-            for (qint64 r = 0; r < rows; ++r) {
-                const T *row = static_cast<const T *>(f.rows[r]);
-                for (qint64 c = c0; c <= c1; ++c)
-                    total += qint64(row[c]);
-                run[size_t(r) + 1] = total;
-            }
-        }
-        return 0;
-    });
-    for (qint64 y = 0; y < count; ++y) {
-        const qint64 fy = y - f.shiftY;
-        const qint64 r0 = std::max<qint64>(fy - v, 0);
-        const qint64 r1 = std::min<qint64>(fy + v, rows - 1);
-        if (r0 <= r1)
-            sums[size_t(y)] = double(run[size_t(r1) + 1] - run[size_t(r0)]);
-    }
-}
-
-void section(const AbsorptionInput &in, int index, bool inI0Stack, bool horizontal, int at, int hw, int vw,
-             bool asAbsorption, Spectrum &out)
-{
-    out.reset();
-    const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
-    const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
-    const QVector<TiffData *> &stack = (asAbsorption || !inI0Stack) ? i1 : i0;
-    if (index < 0 || index >= stack.size())
-        return;
-    qint64 w;
-    qint64 h;
-    imageSize(i1, w, h);
-    const qint64 across = horizontal ? h : w; // the extent `at` must lie in
-    const qint64 along = horizontal ? w : h;
-    if (at < 0 || at >= across)
-        return;
-    TiffData *frame = stack.at(index);
-    // The boxes along the section slide by one pixel: sliding sums give them
-    // for the frame and for the I0 frames its energy reads (the same pair all
-    // along), exact and so equal to boxSum's, without summing every box anew
-    // (the sections cost more than the spectrum on wide frames).
-    QVector<TiffData *> frames{frame};
-    qsizetype a = 0;
-    qsizetype b = 0;
-    if (asAbsorption && i0.size() == 1) {
-        frames << i0.at(0);
-    } else if (asAbsorption && i0.size() > 1) {
-        TiffData::interpolationPair(i0, frame->energy, a, b);
-        frames << i0.at(a) << i0.at(b);
-    }
-    // Along a row, BoxRowSums; down a column, columnBoxSums.
-    BoxRowSums rowSums;
-    std::vector<double> colSums[3];
-    if (horizontal) {
-        rowSums.setUp(frames, hw, vw, 0, int(along - 1));
-        rowSums.moveTo(at);
-    } else {
-        for (qsizetype k = 0; k < frames.size(); ++k)
-            columnBoxSums(*frames.at(k), at, hw, vw, along, colSums[k]);
-    }
-    const auto sum = [&](int k, qint64 i) { return horizontal ? rowSums.sum(k, int(i)) : colSums[k][size_t(i)]; };
-    out.reserve(int(along));
-    for (qint64 i = 0; i < along; ++i) {
-        const int x = horizontal ? int(i) : at;
-        const int y = horizontal ? at : int(i);
-        const double s = sum(0, i);
-        double value = s;
-        if (asAbsorption) {
-            // As TiffData::interpolatedBoxSum over the I0 stack.
-            double i0Sum = 1.0;
-            if (i0.size() == 1)
-                i0Sum = sum(1, i);
-            else if (i0.size() > 1)
-                i0Sum = TiffData::interpolateSums(i0.at(a)->energy, sum(1, i), i0.at(b)->energy, sum(2, i),
-                                                  frame->energy);
-            value = muOf(i0Sum, s, in.fluoType);
-        }
-        out.addPoint(horizontal ? double(x) : double(h - y), value);
-    }
-}
-
 const Spectrum *totalCurve(const AbsorptionInput &in)
 {
     return (in.totalI0ofI1 && !in.totalI0ofI1->points.isEmpty()) ? &in.totalI0ofI1->i0Curve : nullptr;
@@ -279,7 +163,7 @@ void fillSpectrum(const AbsorptionInput &in, int hw, int vw, double darkSum, I1S
         else if (in.useI0)
             a = i0At(i, frame->energy) - d0;
         const double b = i1Sum(i) - d1;
-        points[i] = QPointF(frame->energy, muOf(a, b, in.fluoType));
+        points[i] = QPointF(frame->energy, Absorption::muOf(a, b, in.fluoType));
     }
     out.scanRange();
 }
@@ -299,7 +183,8 @@ void updateDarkList(const QVector<TiffData *> &frames, const TiffData *dark, con
         list.append(frames.at(i)->rectMean(rect) - darkMean);
 }
 
-void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out, Spectrum *raw)
+void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out, Spectrum *raw,
+                        KeptSums *kept)
 {
     out.reset();
     if (raw)
@@ -323,39 +208,52 @@ void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw,
     // sums the I1 stack. The same sums, so the same numbers; when no pool
     // thread is free the sums are taken here, one stack after the other.
     const double boxPixels = (2.0 * std::abs(double(hw)) + 1) * (2.0 * std::abs(double(vw)) + 1);
-    const bool split = in.useI0 && !totalCurve(in) && i0.size() >= 2 && i0.size() <= 2 * i1.size()
+    const bool readsI0 = in.useI0 && !totalCurve(in);
+    const bool split = readsI0 && i0.size() >= 2 && i0.size() <= 2 * i1.size()
                        && boxPixels * double(i1.size() + i0.size()) >= 200000.0;
-    if (split) {
-        std::vector<double> i0All(size_t(i0.size()));
-        QSemaphore done;
-        const bool started = QThreadPool::globalInstance()->tryStart([&] {
-            for (qsizetype k = 0; k < i0.size(); ++k)
-                i0All[size_t(k)] = i0.at(k)->boxSum(x, y, hw, vw);
-            done.release();
-        });
-        if (started) {
-            std::vector<double> i1All(size_t(i1.size()));
-            for (qsizetype k = 0; k < i1.size(); ++k)
-                i1All[size_t(k)] = i1.at(k)->boxSum(x, y, hw, vw);
-            done.acquire();
-            fillSpectrum(
-                in, hw, vw, darkSum, [&](qsizetype i) { return i1Sum(i, i1All[size_t(i)]); },
-                [&](qsizetype, double e) {
-                    // As StackSums::at with two frames or more.
-                    qsizetype a;
-                    qsizetype b;
-                    TiffData::interpolationPair(i0, e, a, b);
-                    return TiffData::interpolateSums(i0.at(a)->energy, i0All[size_t(a)], i0.at(b)->energy,
-                                                     i0All[size_t(b)], e);
-                },
-                out);
-            return;
-        }
+    if (!kept && !split) {
+        StackSums i0Sums(i0, x, y, hw, vw);
+        fillSpectrum(
+            in, hw, vw, darkSum, [&](qsizetype i) { return i1Sum(i, i1.at(i)->boxSum(x, y, hw, vw)); },
+            [&](qsizetype, double e) { return i0Sums.at(e); }, out);
+        return;
     }
-    StackSums i0Sums(i0, x, y, hw, vw);
+
+    // Every frame's sum first, then the formula.
+    KeptSums once;
+    KeptSums &k = kept ? *kept : once;
+    k.i1All.resize(size_t(i1.size()));
+    k.i0All.resize(size_t(readsI0 ? i0.size() : 0));
+    const auto sumI0 = [&] {
+        if (readsI0)
+            k.i0.sums(i0, x, y, hw, vw, k.i0All.data());
+    };
+    QSemaphore done;
+    const bool apart = split && QThreadPool::globalInstance()->tryStart([&] {
+        sumI0();
+        done.release();
+    });
+    k.i1.sums(i1, x, y, hw, vw, k.i1All.data());
+    if (apart)
+        done.acquire();
+    else
+        sumI0();
     fillSpectrum(
-        in, hw, vw, darkSum, [&](qsizetype i) { return i1Sum(i, i1.at(i)->boxSum(x, y, hw, vw)); },
-        [&](qsizetype, double e) { return i0Sums.at(e); }, out);
+        in, hw, vw, darkSum, [&](qsizetype i) { return i1Sum(i, k.i1All[size_t(i)]); },
+        [&](qsizetype, double e) {
+            // As StackSums::at, from sums already taken.
+            const qsizetype n = i0.size();
+            if (n == 0)
+                return 1.0;
+            if (n == 1)
+                return k.i0All[0];
+            qsizetype a;
+            qsizetype b;
+            TiffData::interpolationPair(i0, e, a, b);
+            return TiffData::interpolateSums(i0.at(a)->energy, k.i0All[size_t(a)], i0.at(b)->energy,
+                                             k.i0All[size_t(b)], e);
+        },
+        out);
 }
 
 AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
@@ -431,13 +329,13 @@ void rawSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectr
 void horizontalSection(const AbsorptionInput &in, int index, bool inI0Stack, int y, int hw, int vw,
                        bool asAbsorption, Spectrum &out)
 {
-    section(in, index, inI0Stack, true, y, hw, vw, asAbsorption, out);
+    CrossSection(true).take(in, index, inI0Stack, y, hw, vw, asAbsorption, out);
 }
 
 void verticalSection(const AbsorptionInput &in, int index, bool inI0Stack, int x, int hw, int vw,
                      bool asAbsorption, Spectrum &out)
 {
-    section(in, index, inI0Stack, false, x, hw, vw, asAbsorption, out);
+    CrossSection(false).take(in, index, inI0Stack, x, hw, vw, asAbsorption, out);
 }
 
 } // namespace Absorption

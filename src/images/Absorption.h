@@ -1,9 +1,13 @@
 #pragma once
 
 #include "images/AbsorptionInput.h"
+#include "images/MovingBoxSums.h"
 
 #include <QRectF>
 #include <QVector>
+
+#include <cmath>
+#include <vector>
 
 class Spectrum;
 class TiffData;
@@ -20,6 +24,16 @@ class TiffData;
 // Boxes have centre (x, y) and half widths hw, vw; a box sums pixels from
 // x-|hw| to x+|hw| and y-|vw| to y+|vw|, and pixels outside a frame count 0.
 namespace Absorption {
+
+// mu from a reference a and a signal b. In transmission a zero or negative
+// product gives 1.0 rather than a skipped point or a NaN; in fluorescence the
+// quotient stands as it comes.
+inline double muOf(double a, double b, bool fluoType)
+{
+    if (fluoType)
+        return b / a;
+    return b * a > 0 ? std::log(a / b) : 1.0;
+}
 
 // (energy, mu) for each I1 frame in load order. Empty without I1 frames or
 // for a centre outside the first I1 frame (x or y negative, x >= width,
@@ -41,8 +55,21 @@ namespace Absorption {
 //
 // Grows the dark lists that are in use (see updateDarkList).
 // With raw, also fills it as rawSpectrum would, from the same I1 sums.
+// With kept, the box sums come from those of the last call with the same
+// kept sums (see MovingBoxSums): the same numbers, fewer pixels read when
+// the box moved a little.
+struct KeptSums;
 void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw, Spectrum &out,
-                        Spectrum *raw = nullptr);
+                        Spectrum *raw = nullptr, KeptSums *kept = nullptr);
+
+// The box sums of both stacks kept between spectra of a moving box.
+struct KeptSums
+{
+    MovingBoxSums i1;
+    MovingBoxSums i0;
+    std::vector<double> i1All;
+    std::vector<double> i0All;
+};
 
 // absorptionSpectrum for walks over many boxes whose sums are taken in bulk
 // (BoxRowSums). Made once, on the thread that owns the dark lists (it grows

@@ -269,7 +269,7 @@ const Spectrum &Body::absorptionSpectrum(int x, int y, int hw, int vw)
 
 const Spectrum &Body::absorptionSpectrumWithRaw(int x, int y, int hw, int vw)
 {
-    Absorption::absorptionSpectrum(absorptionInput(), x, y, hw, vw, absSpectrum, &rawSpec);
+    Absorption::absorptionSpectrum(absorptionInput(), x, y, hw, vw, absSpectrum, &rawSpec, &pointerSums);
     return absSpectrum;
 }
 

@@ -14,6 +14,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <type_traits>
@@ -132,8 +133,15 @@ bool TiffData::allocate(quint32 w, quint32 h, int type)
     return true;
 }
 
+quint64 TiffData::nextVersion()
+{
+    static std::atomic<quint64> last{0};
+    return ++last;
+}
+
 void TiffData::takePixels(FrameLoad &load)
 {
+    m_version = nextVersion();
     FrameLoad::freeRows(rows, pixelType);
     rows.swap(load.rows);
     pixelType = load.pixelType;
@@ -234,6 +242,7 @@ void TiffData::setFramePixel(qint64 fx, qint64 fy, double v)
 {
     if (!insideFrame(fx, fy))
         return;
+    m_version = nextVersion();
     withPixelType(pixelType, 0, [&](auto tag) {
         using T = typename decltype(tag)::type;
         T *row = static_cast<T *>(rows[fy]);
@@ -282,6 +291,33 @@ double TiffData::frameRectSum(qint64 fx0, qint64 fy0, qint64 fx1, qint64 fy1) co
     return withPixelType(pixelType, 0.0, [&](auto tag) {
         return sumRows<typename decltype(tag)::type>(rows, fx0, fy0, fx1, fy1);
     });
+}
+
+bool TiffData::exactRectSum(qint64 x0, qint64 y0, qint64 x1, qint64 y1, qint64 &sum) const
+{
+    sum = 0;
+    if (pixelType == PixelF32 || pixelType == PixelF64)
+        return false;
+    if (pixelType == PixelNone || width == 0 || height == 0)
+        return true;
+    const qint64 fx0 = std::max<qint64>(x0 - shiftX, 0);
+    const qint64 fy0 = std::max<qint64>(y0 - shiftY, 0);
+    const qint64 fx1 = std::min<qint64>(x1 - shiftX, qint64(width) - 1);
+    const qint64 fy1 = std::min<qint64>(y1 - shiftY, qint64(height) - 1);
+    if (fx0 > fx1 || fy0 > fy1)
+        return true;
+    withPixelType(pixelType, 0, [&](auto tag) {
+        using T = typename decltype(tag)::type;
+        if constexpr (std::is_integral_v<T>) {
+            for (qint64 y = fy0; y <= fy1; ++y) {
+                const T *row = static_cast<const T *>(rows[y]);
+                for (qint64 x = fx0; x <= fx1; ++x)
+                    sum += qint64(row[x]);
+            }
+        }
+        return 0;
+    });
+    return true;
 }
 
 double TiffData::boxSum(int x, int y, int hw, int vw) const

@@ -63,6 +63,17 @@ public:
     // pixels outside the frame count 0.
     double boxSum(int x, int y, int hw, int vw) const;
 
+    // The sum of pixel() over x0..x1, y0..y1 (image coordinates, ends
+    // included, pixels outside counting 0) as an exact integer: boxSum is
+    // double(sum) of such a rectangle. False for float pixels, whose sums
+    // round and are not kept as integers.
+    bool exactRectSum(qint64 x0, qint64 y0, qint64 x1, qint64 y1, qint64 &sum) const;
+
+    // Changes whenever the pixels do (read, allocated, set, mended), and is
+    // never the same for two frames: sums kept of a frame are valid while
+    // the frame's version and shift are those they were taken with.
+    quint64 version() const { return m_version; }
+
     // Mean of pixel() over x from r.x to r.x+r.width and y from r.y to
     // r.y+r.height, ends included, each of the four truncated to int first;
     // the divisor is (w+1)*(h+1) even where the rectangle leaves the frame.
@@ -119,6 +130,9 @@ public:
     int pixelType = PixelNone;
 
 private:
+    static quint64 nextVersion();
+    quint64 m_version = nextVersion();
+
     // Sum over the frame's own pixels fx0..fx1, fy0..fy1 (ends included),
     // clipped to the frame once; row by row in the pixel type.
     double frameRectSum(qint64 fx0, qint64 fy0, qint64 fx1, qint64 fy1) const;

@@ -110,7 +110,7 @@ void Body::crossSections(int x, int y, bool asAbsorption)
     const bool inI0 = !ui->ShowData->isChecked();
     const int hh = viewHalfHeight();
     const int hw = viewHalfWidth();
-    auto horizontal = [&] { Absorption::horizontalSection(in, index, inI0, y, 1, hh, asAbsorption, hSection); };
+    auto horizontal = [&] { hCross.take(in, index, inI0, y, 1, hh, asAbsorption, hSection); };
     // The two read the same frames and write their own curves. On a wide
     // detector they cost more than the spectrum under the pointer, so the
     // horizontal one is taken on a pool thread meanwhile, when one is free.
@@ -121,7 +121,7 @@ void Body::crossSections(int x, int y, bool asAbsorption)
     });
     if (!apart)
         horizontal();
-    Absorption::verticalSection(in, index, inI0, x, 1, hw, asAbsorption, vSection);
+    vCross.take(in, index, inI0, x, 1, hw, asAbsorption, vSection);
     if (apart)
         done.acquire();
 }
