@@ -3,9 +3,10 @@
 // Part one, in this process: the work of one calibration point (box sums,
 // the point's analysis, the shift by edges or by inner products, the
 // recording), and the writing and reading of a 2048 x 2048 .emp file.
-// Part two runs the real program headless: a calibration over a 256 x 256
-// stack of 200 frames with both methods, timed between its own log lines,
-// and the load of the 2048 x 2048 file by the batch command.
+// Part two runs the real program headless: a calibration of every pixel of a
+// 256 x 16 band of a 256 x 256 stack of 200 frames with both methods, one
+// point at a time and threaded, timed between its own log lines, and the
+// load of the 2048 x 2048 file by the batch command.
 //
 //   bench_calib [path of the tessarelle executable]
 #include "BenchProgram.h"
@@ -159,13 +160,17 @@ void wholeRuns(const QString &exe, const QString &dir)
     const QStringList load{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d",
                            "load_I1_files_of_pattern new " + dir + "/ i1_*.tif",
                            "load_I0_files_of_pattern new " + dir + "/ i0_*.tif", "set_view_w 10", "set_view_h 10",
-                           "calib_load_std " + dir + "/std.dat", "select_region 0 0 256 256"};
-    const int points = ((N - Hw + 20) / 21) * ((N - Hw + 20) / 21);
+                           "calib_load_std " + dir + "/std.dat", "set_analyze_w 0", "set_analyze_h 0",
+                           "select_region 0 0 256 16"};
+    const int points = N * 16;
     for (int method = 0; method < 2; ++method) {
-        const QStringList batch = QStringList(load) << QStringLiteral("calib_type %1").arg(method) << "calib_exec";
-        const double s = timedRun(exe, dir, batch, "Start Calibration", "End Calibration");
-        std::printf("program, %s, %d points in %6.2f s: %8.0f points/s\n", method == 0 ? "dMidx   " : "inner P.",
-                    points, s, points / s);
+        for (const bool serial : {true, false}) {
+            const QStringList batch = QStringList(load) << QStringLiteral("calib_type %1").arg(method) << "calib_exec";
+            const double s = timedProgramRun(exe, dir, batch, "Start Calibration", "End Calibration", true, serial);
+            std::printf("program, %s, %s, %d points in %6.2f s: %8.0f points/s\n",
+                        method == 0 ? "dMidx   " : "inner P.", serial ? "one at a time" : "threaded     ", points, s,
+                        points / s);
+        }
     }
     const double s = timedRun(exe, dir, {":echo load-start", "calib_load_map " + dir + "/big.emp", ":echo load-end"},
                               "load-start", "load-end");

@@ -155,6 +155,10 @@ void Body::stopRunBeforeFramesGo()
     // it ends before any of them is deleted, as if Stop had been pressed.
     if (mapRun)
         stop2DAnalysis();
+    if (calibRun) {
+        calibrating = false;
+        endCalibRun();
+    }
 }
 
 void Body::endMapRun()

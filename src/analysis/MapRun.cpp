@@ -34,6 +34,7 @@ void PointAnalyses::layOut()
     elemsAt = take(elems, ElemKinds * int(elemConds.size()));
     raAt = take(ra, 2);
     fvAt = take(fv, 3);
+    calibAt = take(calib, 1);
     width = at;
 }
 
@@ -139,10 +140,11 @@ void MapRun::work(int t)
     w->lcf.makeFitted = false;
     // The point's own analysis only where an analysis reads its results;
     // the element analysis reads the points, the fits a part of them.
-    const bool analysed = job.dEdge || job.ra || job.fv;
-    const XafsSpectrum::Curves curves = job.dEdge && !job.dEdgeIsMid ? XafsSpectrum::Curves::DoubleNormPre
-                                                                     : XafsSpectrum::Curves::None;
-    const QString name = QStringLiteral("Body-AaP");
+    const bool analysed = job.dEdge || job.ra || job.fv || job.calib;
+    // The comparisons with a standard read the doubly normalised curve.
+    const bool compares = (job.dEdge && !job.dEdgeIsMid) || (job.calib && job.calibInnerP);
+    const XafsSpectrum::Curves curves = compares ? XafsSpectrum::Curves::DoubleNormPre : XafsSpectrum::Curves::None;
+    const QString name = job.calib ? QStringLiteral("Body-Calib") : QStringLiteral("Body-AaP");
 
     for (size_t r = 0; r < m_ys.size(); ++r) {
         {
@@ -214,6 +216,10 @@ void MapRun::work(int t)
                 v[job.fvAt + 1] = f.e1;
                 v[job.fvAt + 2] = f.e2;
             }
+            if (job.calib)
+                v[job.calibAt] = job.calibInnerP
+                                     ? s.searchDE(job.calibStd, job.calibDEw, job.calibDEs, job.calibMinDEs)
+                                     : s.midx - job.calibStd.midx;
         }
         bool complete;
         {

@@ -53,10 +53,20 @@ struct PointAnalyses
     bool fv = false;
     double fvElimReg = 1;
 
+    // The energy-shift calibration: the point's shift against the standard,
+    // by edge positions or by inner products.
+    bool calib = false;
+    bool calibInnerP = false;
+    XafsSpectrum calibStd;
+    double calibDEw = 0;
+    double calibDEs = 0;
+    double calibMinDEs = 0;
+
     // The layout of a point's answers. LCF: what the fit did (the Action as
     // a number), z, then one amplitude and one coefficient per used panel.
     // Edge: the position. Elements: MapKinds lists of one value per element,
     // in ElemsOutcome's order. Residual: raDMut, raRest. Feature: dM, e1, e2.
+    // Calibration: the shift.
     void layOut();
     int usedRefs = 0;
     int lcfAt = -1;
@@ -64,6 +74,7 @@ struct PointAnalyses
     int elemsAt = -1;
     int raAt = -1;
     int fvAt = -1;
+    int calibAt = -1;
     int width = 0;
 };
 

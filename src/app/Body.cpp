@@ -78,6 +78,7 @@ Body::~Body()
 {
     // A threaded run's threads read the frames: they end first.
     endMapRun();
+    endCalibRun();
     // The loaders go first, so that no frame arrives while the stacks are
     // deleted.
     teardownLoading();

@@ -499,10 +499,19 @@ private:
     int targetLineType() const;
     // "Eng. Shift" is on and the map has data: the colour bar recolours it.
     bool shiftMapFollowsColorBar() const;
+    // The calibration with many points in flight (MapRun), as the analysis
+    // run has: false, with nothing started, where the one-at-a-time walk
+    // must take it. Rows are recorded in walk order.
+    bool startCalibRun();
+    void recordCalibRows();
+    void recordCalibPoint(int ix, int iy, double dE);
+    void endCalibRun();
     class CalibCtrl *calibCtrl = nullptr;
     Analyzed2DRes *shiftMap = nullptr; // a child of this window
     bool calibrating = false;
     AnalyzeCond cursor;
+    MapRun *calibRun = nullptr;
+    int calibRow = 0; // the next row to record
     XafsSpectrum calibStd;
     double deMin = 1e300;
     double deMax = -1e300;

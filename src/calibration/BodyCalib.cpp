@@ -5,6 +5,7 @@
 #include "app/Body.h"
 
 #include "analysis/Analyzed2DRes.h"
+#include "analysis/MapRun.h"
 #include "batch/CmdArgs.h"
 #include "calibration/CalibCtrl.h"
 #include "calibration/EMPHeader.h"
@@ -18,6 +19,7 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QFile>
+#include <QThread>
 
 #include <cmath>
 
@@ -80,6 +82,7 @@ void Body::execCalibration()
     // last, and a stopped run leaves the statistics as they were.
     if (calibrating) {
         calibrating = false;
+        endCalibRun();
         return;
     }
     if (i1Frames.isEmpty())
@@ -97,7 +100,76 @@ void Body::execCalibration()
     deSum = 0;
     deSqSum = 0;
     nPoints = 0;
-    emit doCalibNextPoint();
+    if (!startCalibRun())
+        emit doCalibNextPoint();
+}
+
+bool Body::startCalibRun()
+{
+    if (qEnvironmentVariableIntValue("TESSARELLE_SERIAL_RUN"))
+        return false;
+    PointAnalyses job;
+    job.hw = viewHalfWidth();
+    job.vw = viewHalfHeight();
+    job.lineType = targetLineType();
+    job.sElm = suggestElm();
+    job.calib = true;
+    job.calibInnerP = calibCtrl->innerP();
+    job.calibStd = calibStd;
+    job.calibDEw = calibCtrl->dEw();
+    job.calibDEs = calibCtrl->dEs();
+    job.calibMinDEs = calibCtrl->minDEs();
+    // The points' spectra are read without a shift: the map is being made.
+    std::vector<double> shifts;
+    AnalyzeCond c = cursor;
+    do
+        shifts.push_back(0.0);
+    while (c.next());
+    calibRun = new MapRun(absorptionInput(), job, cursor, std::move(shifts), QThread::idealThreadCount(), this);
+    connect(calibRun, &MapRun::rowsReady, this, &Body::recordCalibRows, Qt::QueuedConnection);
+    calibRow = 0;
+    calibRun->start();
+    return true;
+}
+
+void Body::endCalibRun()
+{
+    delete calibRun;
+    calibRun = nullptr;
+}
+
+void Body::recordCalibRows()
+{
+    while (calibrating && calibRun) {
+        const double *values = calibRun->readyRow(calibRow);
+        if (!values)
+            return;
+        const std::vector<int> &xs = calibRun->xs();
+        const int iy = calibRun->ys()[size_t(calibRow)];
+        const qsizetype st = calibRun->job().width;
+        for (size_t i = 0; i < xs.size(); ++i)
+            recordCalibPoint(xs[i], iy, values[qsizetype(i) * st + calibRun->job().calibAt]);
+        calibRun->releaseRow();
+        if (iy > cursor.yStart + cursor.binY)
+            emit calibProgress(100.0 * double(iy - cursor.yStart) / double(cursor.yEnd - cursor.yStart));
+        if (++calibRow >= int(calibRun->ys().size())) {
+            endCalibRun();
+            // Where the one-at-a-time walk ends.
+            while (cursor.next()) {
+            }
+            emit doFinishCalib();
+            return;
+        }
+    }
+}
+
+void Body::recordCalibPoint(int ix, int iy, double dE)
+{
+    shiftMap->setData(ix, iy, cursor.binX, cursor.binY, dE);
+    deMin = std::min(deMin, dE);
+    deMax = std::max(deMax, dE);
+    deSum += dE;
+    ++nPoints;
 }
 
 void Body::calibNextPoint()
@@ -115,11 +187,7 @@ void Body::calibNextPoint()
     const double dE = calibCtrl->innerP()
                           ? t.searchDE(calibStd, calibCtrl->dEw(), calibCtrl->dEs(), calibCtrl->minDEs())
                           : t.midx - calibStd.midx;
-    shiftMap->setData(ix, iy, cursor.binX, cursor.binY, dE);
-    deMin = std::min(deMin, dE);
-    deMax = std::max(deMax, dE);
-    deSum += dE;
-    ++nPoints;
+    recordCalibPoint(ix, iy, dE);
     if (cursor.next())
         emit doCalibNextPoint();
     else

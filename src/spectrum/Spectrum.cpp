@@ -99,6 +99,21 @@ double Spectrum::interpolateY(double x) const
     return lineThrough(points[i].x(), points[i].y(), points[i + 1].x(), points[i + 1].y(), x);
 }
 
+double Spectrum::interpolateYOnward(double x, int &segment) const
+{
+    const int n = points.size();
+    if (n < 2)
+        return interpolateY(x);
+    // The search's segment on a rising curve: 0 at or below the first x,
+    // n - 2 at or above the last, else the i with x_i <= x < x_{i+1}.
+    const QPointF *p = points.constData();
+    int i = qBound(0, segment, n - 2);
+    while (i < n - 2 && p[i + 1].x() <= x)
+        ++i;
+    segment = i;
+    return lineThrough(p[i].x(), p[i].y(), p[i + 1].x(), p[i + 1].y(), x);
+}
+
 double Spectrum::interpolateSmoothY(double x) const
 {
     // Points added after the last smooth() have no smoothed value yet; they

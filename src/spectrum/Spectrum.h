@@ -35,6 +35,11 @@ public:
     // Straight-line interpolation through the bracketing points, extrapolating
     // along the end segments. No points: 0; one point: its y.
     double interpolateY(double x) const;
+    // interpolateY(x) to the bit for a run of x that never fall, on a curve
+    // whose x rise (xRising()): segment carries the place found from one
+    // call to the next (0 before the first), so the run costs one walk
+    // along the curve instead of a search per x. x must not be NaN.
+    double interpolateYOnward(double x, int &segment) const;
     // The same over smoothY at the same x. Only the points that have a
     // smoothed value take part; none gives 0.
     double interpolateSmoothY(double x) const;

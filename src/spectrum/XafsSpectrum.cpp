@@ -426,9 +426,23 @@ double XafsSpectrum::findMidx(double ratio) const
 
 double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard) const
 {
+    return innerProduct(dE, standard, walksStandard(standard));
+}
+
+bool XafsSpectrum::walksStandard(const XafsSpectrum &standard) const
+{
+    // The energies read from the standard then never fall, and each finds
+    // the segment the search would.
+    return std::isfinite(standard.activeShift()) && xRising() && standard.doubleNormPre.xRising();
+}
+
+double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard, bool walk) const
+{
     const int n = points.size();
     const int nNorm = doubleNormPre.points.size();
     const double stdShift = standard.activeShift();
+    const Spectrum &norm = standard.doubleNormPre;
+    int segment = 0;
     double sumYS = 0.0;
     double sumSS = 0.0;
     double sumYY = 0.0;
@@ -437,7 +451,7 @@ double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard) const
         if (!(standard.xMin <= e && e <= standard.xMax))
             continue;
         const double y = i < nNorm ? doubleNormPre.points[i].y() : 0.0;
-        const double s = standard.doubleNormPre.interpolateY(e + stdShift);
+        const double s = walk ? norm.interpolateYOnward(e + stdShift, segment) : norm.interpolateY(e + stdShift);
         sumYS += y * s;
         sumSS += s * s;
         sumYY += y * y;
@@ -455,6 +469,7 @@ double XafsSpectrum::searchDE(const XafsSpectrum &standard, double range, double
     // Intended: every pass scans around this same centre, never around the
     // best point of the pass before; the best value of all passes wins.
     const double centre = midx - standard.midx;
+    const bool walk = walksStandard(standard);
     double best = -1e300;
     double bestDE = 0.0;
     while (step >= minStep) {
@@ -462,7 +477,7 @@ double XafsSpectrum::searchDE(const XafsSpectrum &standard, double range, double
             long candidates = 0;
             double d = -range;
             while (d <= range) {
-                const double c = innerProduct(centre + d, standard);
+                const double c = innerProduct(centre + d, standard, walk);
                 if (c > best) {
                     best = c;
                     bestDE = centre + d;

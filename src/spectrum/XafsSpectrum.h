@@ -106,6 +106,10 @@ public:
 
 private:
     void deriveRelRanges();
+    // innerProduct with the standard read by walking along it (walk) or by
+    // a search per point; the walk when walksStandard() allows it.
+    double innerProduct(double dE, const XafsSpectrum &standard, bool walk) const;
+    bool walksStandard(const XafsSpectrum &standard) const;
     void fillNormalised(Curves curves);
     bool readColumns(QFile &file);
     bool read9809(QFile &file);

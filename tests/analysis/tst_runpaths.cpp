@@ -2,6 +2,7 @@
 #include "analysis/Analyzer.h"
 #include "analysis/ElemCtrl.h"
 #include "analysis/LCFReference.h"
+#include "calibration/CalibCtrl.h"
 #include "app/Body.h"
 #include "app/Globals.h"
 #include "spectrum/ElmEdges.h"
@@ -29,6 +30,9 @@ private slots:
     }
     void samePaths_data();
     void samePaths();
+
+private:
+    void calibrateBothWays(Body &b, const QString &standard, bool innerP);
 };
 
 namespace {
@@ -107,6 +111,8 @@ void TestRunPaths::samePaths_data()
     QTest::newRow("edge comparison, tiles") << 1 << 2 << "compare";
     QTest::newRow("LCF, elements, residual, feature") << 1 << 1 << "lcf";
     QTest::newRow("MLCF and edge, wide box past the frame") << 2 << 9 << "mlcf";
+    QTest::newRow("calibration by edges, every pixel") << 0 << 2 << "calib0";
+    QTest::newRow("calibration by inner products, tiles") << 1 << 3 << "calib1";
 }
 
 void TestRunPaths::samePaths()
@@ -143,6 +149,11 @@ void TestRunPaths::samePaths()
             shifts.setData(x, y, 0, 0, 0.1 * ((x * 3 + y) % 7) - 0.3);
     b.saveEMap(dir.filePath("s.emp"), shifts);
     b.loadEMap(dir.filePath("s.emp"));
+
+    if (what.startsWith("calib")) {
+        calibrateBothWays(b, refFile(dir.path(), "std.dat", 8976), what.endsWith('1'));
+        return;
+    }
 
     a->setSelDEdge(what != "lcf");
     if (what == "compare") {
@@ -194,6 +205,40 @@ void TestRunPaths::samePaths()
     const Analyzed2DRes &m = what == "lcf" ? a->raRestMap : a->dEdgeMap;
     QVERIFY(m.dataMax > m.dataMin);
     QVERIFY(what != "lcf" || a->elems.at(0)->maps.at(0)->dataMax > 0);
+}
+
+// The calibration's shift map and statistics, both ways.
+void TestRunPaths::calibrateBothWays(Body &b, const QString &standard, bool innerP)
+{
+    auto *ctrl = b.findChild<CalibCtrl *>();
+    QVERIFY(ctrl);
+    ctrl->loadStd(standard);
+    ctrl->setCalibType(innerP);
+    Analyzed2DRes *map = nullptr;
+    for (Analyzed2DRes *m : b.findChildren<Analyzed2DRes *>())
+        map = m->name == QLatin1String("E-Shift Map") ? m : map;
+    QVERIFY(map);
+    QSignalSpy progress(&b, &Body::calibProgress);
+    QByteArray serial;
+    QStringList serialStats;
+    for (const char *path : {"1", "0"}) {
+        qputenv("TESSARELLE_SERIAL_RUN", path);
+        progress.clear();
+        b.execCalibration();
+        QTRY_VERIFY_WITH_TIMEOUT(!progress.isEmpty() && progress.last().first().toDouble() == 100.0, 60000);
+        QStringList stats;
+        for (const char *field : {"DEMin", "DEMax", "DEAvr", "DESigma"})
+            stats << ctrl->findChild<QLineEdit *>(field)->text();
+        if (serial.isEmpty()) {
+            serial = state(map);
+            serialStats = stats;
+            continue;
+        }
+        QVERIFY(state(map) == serial);
+        QCOMPARE(stats, serialStats);
+    }
+    qunsetenv("TESSARELLE_SERIAL_RUN");
+    QVERIFY(map->dataMax > map->dataMin);
 }
 
 QTEST_MAIN(TestRunPaths)

@@ -2,6 +2,9 @@
 
 #include <QtTest>
 
+#include <cmath>
+#include <cstring>
+
 // "x,y x,y ...", or "y y ..." for points at x = 0, 1, 2, ...
 static Spectrum curve(const QString &text)
 {
@@ -20,6 +23,7 @@ class TestSpectrum : public QObject
 private slots:
     void interpolate_data();
     void interpolate();
+    void interpolateOnward();
     void smooth_data();
     void smooth();
     void extremes_data();
@@ -74,6 +78,28 @@ void TestSpectrum::interpolate()
         s.smooth(w);
     const double got = w < 0 ? s.interpolateY(x) : s.interpolateSmoothY(x);
     QVERIFY2(qFuzzyCompare(1.0 + got, 1.0 + expected), qPrintable(QString::number(got, 'g', 17)));
+}
+
+// Walking along a rising curve finds the segments the search finds: queries
+// below, on every knot, between knots, repeated, and past the end.
+void TestSpectrum::interpolateOnward()
+{
+    for (const int n : {1, 2, 3, 40}) {
+        Spectrum s;
+        double x = 100;
+        for (int i = 0; i < n; ++i, x += 0.3 + (i * 7 % 5) * 0.45)
+            s.addPoint(x, std::sin(i * 0.7) * 3);
+        QVector<double> qs{-1e300, 50, 99.999};
+        for (const QPointF &p : std::as_const(s.points))
+            qs << p.x() << p.x() << std::nextafter(p.x(), 1e300) << p.x() + 0.2;
+        qs << x + 50 << 1e300;
+        int segment = 0;
+        for (const double q : qs) {
+            const double want = s.interpolateY(q);
+            const double got = s.interpolateYOnward(q, segment);
+            QVERIFY2(std::memcmp(&want, &got, sizeof want) == 0, qPrintable(QStringLiteral("n %1, x %2").arg(n).arg(q, 0, 'g', 17)));
+        }
+    }
 }
 
 void TestSpectrum::smooth_data()
