@@ -5,7 +5,7 @@
 // the batch's own lines around analyzer_exec_2da; numpy times its own
 // computation with the stacks in memory. The maps are compared point by point.
 //
-//   bench_edgemap [side [frames [tessarelle [numpy_edgemap.py]]]]
+//   bench_edgemap [side [frames [tessarelle [numpy_edgemap.py, or - for none]]]]
 #include "BenchProgram.h"
 #include "images/TiffWriter.h"
 
@@ -106,6 +106,8 @@ int main(int argc, char **argv)
     const double tProg = timedRun(exe, dir, edge, false);
     std::printf("program, threaded run:  %8.2f s  %10.0f points/s\n", tProg, side * double(side) / tProg);
 
+    if (py == "-") // the program alone
+        return 0;
     QProcess p;
     p.start("/usr/bin/python3", {py, dir + "/i1.raw", dir + "/i0.raw", QString::number(side), QString::number(frames),
                                  QString::number(E0), QString::number(DE), "10", dir + "/np.raw"});

@@ -164,11 +164,9 @@ void MapRun::work(int t)
             if (m_stop)
                 return;
             const int x = m_xs[p];
-            for (int k = 0; k < int(w->s1.size()); ++k)
-                w->s1[size_t(k)] = w->i1.sum(k, x);
+            w->i1.sums(x, w->s1.data());
             if (withI0)
-                for (int k = 0; k < int(w->s0.size()); ++k)
-                    w->s0[size_t(k)] = w->i0.sum(k, x);
+                w->i0.sums(x, w->s0.data());
             const double darkSum = in.dark ? w->dark.sum(0, x) : 0.0;
             XafsSpectrum &s = w->point;
             m_walk.spectrum(x, y, job.hw, job.vw, w->s1.data(), w->s0.data(), darkSum, s);

@@ -96,9 +96,13 @@ struct AbsorptionWalk
     QVector<TiffData *> i0Frames;
     QVector<double> i1DarkList;
     QVector<double> i0DarkList;
-    // The two I0 frames read for each I1 frame, with two I0 frames or more.
+    // The two I0 frames read for each I1 frame, with two I0 frames or more,
+    // and their energies; the I1 frames' energies.
     QVector<qsizetype> pairA;
     QVector<qsizetype> pairB;
+    std::vector<double> pairEA;
+    std::vector<double> pairEB;
+    std::vector<double> i1Energy;
 };
 
 // The same for the rectangle with corners (x0, y0) and (x1, y1): centre at

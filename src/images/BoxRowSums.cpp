@@ -23,6 +23,23 @@ void addRow(const TiffData &frame, qint64 y, qint64 c0, qint64 c1, int sign, qin
     }
 }
 
+// One row down: adds row `in`, takes off row `out` and makes the running
+// sums in the same pass over the columns.
+template <typename T>
+void slideRow(const TiffData &frame, qint64 in, qint64 out, qint64 c0, qint64 n, qint64 *col, qint64 *run)
+{
+    const T *add = static_cast<const T *>(frame.rows[in]) + c0;
+    const T *sub = static_cast<const T *>(frame.rows[out]) + c0;
+    qint64 s = 0;
+    run[0] = 0;
+    for (qint64 i = 0; i < n; ++i) {
+        const qint64 c = col[i] + qint64(add[i]) - qint64(sub[i]);
+        col[i] = c;
+        s += c;
+        run[i + 1] = s;
+    }
+}
+
 void addRows(const TiffData &frame, qint64 y0, qint64 y1, qint64 c0, qint64 c1, int sign, qint64 *col)
 {
     withPixelType(frame.pixelType, 0, [&](auto tag) {
@@ -53,6 +70,7 @@ void BoxRowSums::setUp(const QVector<TiffData *> &frames, int hw, int vw, int xF
         Frame &f = m_frames[size_t(k)];
         const TiffData *t = frames.at(k);
         f.frame = t;
+        f.shiftX = t->shiftX;
         f.direct = summedDirectly(*t);
         f.r0 = 0;
         f.r1 = -1;
@@ -81,6 +99,20 @@ void BoxRowSums::moveFrame(Frame &f, qint64 fy)
     // Sliding pays when it touches fewer rows than a fresh sum would.
     const bool slide = !wasEmpty && !nowEmpty && n0 >= f.r0 && n1 >= f.r1 && n0 <= f.r1 + 1
                        && (n0 - f.r0) + (n1 - f.r1) < n1 - n0 + 1;
+    if (slide && n0 == f.r0 + 1 && n1 == f.r1 + 1) {
+        // The walk's usual step, in one pass.
+        const qint64 in = n1;
+        const qint64 out = f.r0;
+        withPixelType(t.pixelType, 0, [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            if constexpr (std::is_integral_v<T>)
+                slideRow<T>(t, in, out, f.c0, qint64(f.col.size()), col, f.run.data());
+            return 0;
+        });
+        f.r0 = n0;
+        f.r1 = n1;
+        return;
+    }
     if (slide) {
         if (n0 > f.r0)
             addRows(t, f.r0, n0 - 1, f.c0, f.c1, -1, col);
@@ -113,6 +145,13 @@ void BoxRowSums::moveTo(int y)
     }
 }
 
+void BoxRowSums::sums(int x, double *out) const
+{
+    const size_t n = m_frames.size();
+    for (size_t k = 0; k < n; ++k)
+        out[k] = sum(int(k), x);
+}
+
 double BoxRowSums::sum(int k, int x) const
 {
     const Frame &f = m_frames[size_t(k)];
@@ -120,7 +159,7 @@ double BoxRowSums::sum(int k, int x) const
         return f.frame->boxSum(x, m_y, m_hw, m_vw);
     if (f.r0 > f.r1 || f.col.empty())
         return 0.0;
-    const qint64 fx = qint64(x) - f.frame->shiftX;
+    const qint64 fx = qint64(x) - f.shiftX;
     const qint64 lo = std::max<qint64>(fx - m_h, f.c0);
     const qint64 hi = std::min<qint64>(fx + m_h, f.c1);
     if (lo > hi)

@@ -28,12 +28,15 @@ public:
     // The box sum of frame k centred on (x, y of the last moveTo);
     // x must lie in xFirst..xLast.
     double sum(int k, int x) const;
+    // sum(k, x) of every frame k into out[k], for the point's spectrum.
+    void sums(int x, double *out) const;
     int frameCount() const { return int(m_frames.size()); }
 
 private:
     struct Frame
     {
         const TiffData *frame = nullptr;
+        qint64 shiftX = 0;       // the frame's, read once
         bool direct = false;     // float pixels: summed box by box
         qint64 c0 = 0, c1 = -1;  // frame columns kept, ends included
         qint64 r0 = 0, r1 = -1;  // frame rows in the column sums

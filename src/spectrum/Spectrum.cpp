@@ -144,9 +144,15 @@ double Spectrum::smoothYAtPoint(int i) const
     const int n = points.size();
     if (n == 1)
         return smoothY[0];
-    const int k = i == 0 ? 0 : (i == n - 1 ? n - 2 : i);
     const QPointF *p = points.constData();
-    return lineThrough(p[k].x(), smoothY[k], p[k + 1].x(), smoothY[k + 1], p[i].x());
+    if (i < n - 1) {
+        // x = x0: the line's (x - x0) * (y1 - y0) is +0, -0 or NaN, and
+        // dividing it by the rising step x1 - x0 > 0 leaves it as it is, so
+        // the division is skipped without changing a bit.
+        const double x = p[i].x();
+        return smoothY[i] + (x - x) * (smoothY[i + 1] - smoothY[i]);
+    }
+    return lineThrough(p[n - 2].x(), smoothY[n - 2], p[n - 1].x(), smoothY[n - 1], p[i].x());
 }
 
 void Spectrum::smooth(int halfWidth)
@@ -163,6 +169,18 @@ void Spectrum::smooth(int halfWidth)
     for (int i = 0; i < n; ++i) {
         const int from = qMax(i - w, 0);
         const int to = qMin(i + w, n - 1);
+        if (w == 2 && to - from == 4) {
+            // The analyses' width, spelled out: the same additions in the
+            // same order, without the loop around them.
+            double sum = 0.0;
+            sum += p[i - 2].y();
+            sum += p[i - 1].y();
+            sum += p[i].y();
+            sum += p[i + 1].y();
+            sum += p[i + 2].y();
+            out[i] = sum / 5;
+            continue;
+        }
         double sum = 0.0;
         for (int j = from; j <= to; ++j)
             sum += p[j].y();

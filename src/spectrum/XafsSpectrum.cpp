@@ -391,11 +391,13 @@ double XafsSpectrum::findMidx(double ratio) const
         double sHere = smoothAtPoint(1);
         for (int i = 1; i <= n - 2; ++i) {
             const double sNext = smoothAtPoint(i + 1);
-            const double e = energyAt(i);
-            const double level = post.valueAt(e) * ratio + pre.valueAt(e) * (1 - ratio);
-            if (level > sPrev && sNext > level) {
-                const double r = sNext - sPrev;
-                if (r > bestRise) {
+            // The level between the lines is the costly part, and it can
+            // only matter to a rise above the best so far.
+            const double r = sNext - sPrev;
+            if (r > bestRise) {
+                const double e = energyAt(i);
+                const double level = post.valueAt(e) * ratio + pre.valueAt(e) * (1 - ratio);
+                if (level > sPrev && sNext > level) {
                     bestRise = r;
                     best = i;
                 }

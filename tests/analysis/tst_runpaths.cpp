@@ -7,6 +7,7 @@
 #include "app/Globals.h"
 #include "spectrum/ElmEdges.h"
 #include "images/TiffData.h"
+#include "images/TiffWriter.h"
 
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -15,6 +16,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <vector>
 
 // The threaded run against the one-at-a-time run on the same walks: every
 // map, its extremes and the feature lists must come out the same to the bit,
@@ -157,6 +159,12 @@ void TestRunPaths::samePaths()
 
     a->setSelDEdge(what != "lcf");
     if (what == "compare") {
+        // A dark frame, subtracted at its exposure from both stacks.
+        std::vector<quint16> dark(size_t(W) * H);
+        for (int i = 0; i < W * H; ++i)
+            dark[size_t(i)] = quint16(300 + i % 7);
+        QVERIFY(writeTiff16(dir.filePath("dark.tif"), W, H, dark.data()));
+        b.selectedDark(dir.filePath("dark.tif"));
         a->setDEdgeMidPoint(false);
         a->setDEdgeCompWithStep(true);
         a->setDEdgeStepParams(8977, 80, 0.5);
