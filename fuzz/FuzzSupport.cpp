@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -29,7 +30,7 @@ QTemporaryDir *workDir()
 
 } // namespace
 
-void fuzzInit(int *argc, char ***argv)
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     static QCoreApplication *app = nullptr;
     if (!app)
@@ -37,6 +38,7 @@ void fuzzInit(int *argc, char ***argv)
     if (!qEnvironmentVariableIsSet("FUZZ_VERBOSE"))
         qInstallMessageHandler(quiet);
     std::atexit([] { delete workDir(); });
+    return 0;
 }
 
 QString fuzzDir()
@@ -90,4 +92,16 @@ void fuzzFrame(const uint8_t *data, size_t size)
     frame.render();
     volatile double s = frame.boxSum(int(frame.width) - 1, 0, 2, 2);
     (void)s;
+}
+
+int fuzzFrameStartingWith(const uint8_t *data, size_t size, std::initializer_list<const char *> magics)
+{
+    for (const char *magic : magics) {
+        const size_t n = std::strlen(magic);
+        if (size >= n && std::memcmp(data, magic, n) == 0) {
+            fuzzFrame(data, size);
+            return 0;
+        }
+    }
+    return -1;
 }

@@ -5,13 +5,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
-// Helpers shared by the fuzz targets.
-
-// Makes a QCoreApplication (some readers and the batch loop need one) and
-// silences the log: the readers log every refusal, and printing them would
-// cost more than the reading.
-void fuzzInit(int *argc, char ***argv);
+// Helpers shared by the fuzz targets. Every target links FuzzSupport.cpp,
+// whose LLVMFuzzerInitialize makes a QCoreApplication (some readers and the
+// batch loop need one) and silences the log: the readers log every refusal,
+// and printing them would cost more than the reading.
 
 // Writes the input into a file of this process under /dev/shm (or the
 // temporary folder) and returns its path. The name holds a blank and a
@@ -29,3 +28,8 @@ void touchRows(const QVector<void *> &rows, quint32 width, quint32 height, int p
 // bad-pixel mask in use so that mending runs too, then reads every pixel and
 // renders the frame.
 void fuzzFrame(const uint8_t *data, size_t size);
+
+// The body of a frame reader's target: fuzzFrame on inputs that start with
+// one of the magics, and -1 for the others, which keeps them out of the
+// corpus, as the reader they would reach is another target's.
+int fuzzFrameStartingWith(const uint8_t *data, size_t size, std::initializer_list<const char *> magics);

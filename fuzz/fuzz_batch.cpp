@@ -9,12 +9,6 @@
 
 #include <QCoreApplication>
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzzInit(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QStringList lines = QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size))

@@ -181,12 +181,7 @@ void Body::recordMapRows()
             // Where the one-at-a-time walk ends.
             while (analyzeCond.next()) {
             }
-            generateResImages();
-            ui->dispA->update();
-            running2D = false;
-            analyzer->setContAccess(false);
-            analyzer->setProgress(100.0);
-            emit finishBatchExec(ANALYZER_EXEC_LCF);
+            finish2DAnalysis();
             return;
         }
         // Rows come far faster than a person can look at them: the maps are
@@ -197,9 +192,24 @@ void Body::recordMapRows()
             generateResImages();
             mapShown.start();
         }
-        analyzer->setProgress(double(ys[size_t(mapRow)] - analyzeCond.yStart)
-                              / double(analyzeCond.yEnd - analyzeCond.yStart) * 100.0);
+        show2DProgress(ys[size_t(mapRow)]);
     }
+}
+
+void Body::finish2DAnalysis()
+{
+    generateResImages();
+    ui->dispA->update();
+    running2D = false;
+    analyzer->setContAccess(false);
+    analyzer->setProgress(100.0);
+    // All four analysis commands finish with this one id.
+    emit finishBatchExec(ANALYZER_EXEC_LCF);
+}
+
+void Body::show2DProgress(int iy)
+{
+    analyzer->setProgress(double(iy - analyzeCond.yStart) / double(analyzeCond.yEnd - analyzeCond.yStart) * 100.0);
 }
 
 void Body::recordMapRow(int row, const double *v)
@@ -301,20 +311,13 @@ void Body::analyzeASpectrumFinished()
         return;
     recordResForAPoint();
     if (!analyzeCond.next()) {
-        generateResImages();
-        ui->dispA->update();
-        running2D = false;
-        analyzer->setContAccess(false);
-        analyzer->setProgress(100.0);
-        // All four analysis commands finish with this one id.
-        emit finishBatchExec(ANALYZER_EXEC_LCF);
+        finish2DAnalysis();
         return;
     }
     if (analyzeCond.newLine) {
         if (analyzer->dispOnTime())
             generateResImages();
-        analyzer->setProgress(double(analyzeCond.iy - analyzeCond.yStart)
-                              / double(analyzeCond.yEnd - analyzeCond.yStart) * 100.0);
+        show2DProgress(analyzeCond.iy);
     }
     analyzeAPoint(analyzeCond);
 }

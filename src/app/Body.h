@@ -419,6 +419,11 @@ private:
     void recordMapRows();
     void recordMapRow(int row, const double *values);
     void endMapRun();
+    // The end of a run on either path: the images made, the buttons freed,
+    // and the batch told.
+    void finish2DAnalysis();
+    // The progress bar at the row iy of the walk.
+    void show2DProgress(int iy);
     void stopRunBeforeFramesGo();
     // The energy shift of a point of the run, from the shift map.
     double pointEShift(int ix, int iy) const;

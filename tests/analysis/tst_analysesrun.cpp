@@ -1,7 +1,6 @@
-#include "images/TiffWriter.h"
 #include "spectrum/ElmEdges.h"
 #include "support/E2eRun.h"
-#include "support/RefXafs.h"
+#include "support/SynthStack.h"
 
 #include <QtTest>
 
@@ -50,39 +49,33 @@ double muB(double e)
     return 0.25 + 1.1 * step(e, 8983, 2.0) + 0.4 * std::exp(-std::pow((e - 8989) / 3.0, 2));
 }
 
-double i1Pixel(int x, int y, int k)
+// No I0 stack: each point's spectrum is ln(N / b) of its box.
+SynthStack stack()
 {
-    const double e = energy(k);
-    const double f = double(x + 2 * y) / (W + 2 * H);
-    // The three right columns rise and then fall further: the jump between
-    // their lines comes out negative.
-    const double mu = x >= W - 3 ? 0.5 + 0.6 * step(e, 8980, 2.0) - 0.9 * step(e, 8990, 1.0)
-                                 : f * muA(e) + (1 - f) * muB(e - 2);
-    return std::round(40000 * std::exp(-mu)) + (x * 3 + y * 5 + k) % 4;
+    SynthStack s;
+    s.w = W, s.h = H;
+    for (int k = 0; k < NE; ++k)
+        s.i1E.push_back(energy(k));
+    s.i1 = [](int x, int y, int k) {
+        const double e = energy(k);
+        const double f = double(x + 2 * y) / (W + 2 * H);
+        // The three right columns rise and then fall further: the jump
+        // between their lines comes out negative.
+        const double mu = x >= W - 3 ? 0.5 + 0.6 * step(e, 8980, 2.0) - 0.9 * step(e, 8990, 1.0)
+                                     : f * muA(e) + (1 - f) * muB(e - 2);
+        return std::round(40000 * std::exp(-mu)) + (x * 3 + y * 5 + k) % 4;
+    };
+    return s;
 }
 
-// ln(N / b) of the box: no I0 stack is loaded.
 Vec pointMu(int cx, int cy)
 {
-    Vec mus;
-    const double n = (2 * HW + 1) * (2 * VW + 1);
-    for (int k = 0; k < NE; ++k) {
-        double b = 0;
-        for (int y = cy - VW; y <= cy + VW; ++y)
-            for (int x = cx - HW; x <= cx + HW; ++x)
-                if (x >= 0 && y >= 0 && x < W && y < H)
-                    b += i1Pixel(x, y, k);
-        mus.push_back(b * n > 0 ? std::log(n / b) : 1.0);
-    }
-    return mus;
+    return stack().mu(cx, cy, HW, VW);
 }
 
 Vec energies()
 {
-    Vec es;
-    for (int k = 0; k < NE; ++k)
-        es.push_back(energy(k));
-    return es;
+    return stack().i1E;
 }
 
 double interp(const Vec &x, const Vec &y, double at)
@@ -318,21 +311,12 @@ void TestAnalysesRun::run()
     QFETCH(QStringList, settings);
     E2eRun run;
     const QString dir = run.dir();
-    QStringList files;
-    std::vector<quint16> px(W * H);
-    for (int k = 0; k < NE; ++k) {
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(i1Pixel(p % W, p / W, k));
-        files << QStringLiteral("%1/i1_%2.tif").arg(dir).arg(energy(k), 7, 'f', 2, QLatin1Char('0'));
-        writeTiff16(files.last(), W, H, px.data());
-    }
     QStringList batch{"analyzer_select_sub_mode_dEdge 0", "analyzer_select_sub_mode_LCF 1",
                       "analyzer_set_LCF_range " + QString::number(R1) + " " + QString::number(R2),
                       "analyzer_set_LCF_std 0 1 0 " + refFile(dir, "a.dat", muA) + " 0",
                       "analyzer_set_LCF_std 1 1 2 " + refFile(dir, "b.dat", muB) + " 0",
                       "set_view_w 1", "set_view_h 1", "set_analyze_w 1", "set_analyze_h 1", "Use_I0 0"};
-    batch << settings << "set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d" << "load_I1_files new " + files.join(' ')
-          << "analyzer_exec_2da" << "saveDataCfg_save_as_text" << "saveDataCfg_text_as_csv"
+    batch << settings << stack().write(dir) << "analyzer_exec_2da" << "saveDataCfg_save_as_text" << "saveDataCfg_text_as_csv"
           << "saveDataCfg_text_as_xyz";
     // Panel maps: select the panel's button (the file takes its number),
     // image type 0 ratio, 1 amplitude.

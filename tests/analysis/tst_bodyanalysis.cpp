@@ -1,7 +1,6 @@
 #include "analysis/AnalyzeProc.h"
 #include "analysis/Analyzer.h"
 #include "analysis/EdgeAnalysis.h"
-#include "analysis/FeatureSearch.h"
 #include "app/Body.h"
 #include "app/Globals.h"
 #include "images/TiffData.h"
@@ -22,7 +21,6 @@ private slots:
     void initTestCase();
     void stopAndRestart();
     void stalledRunIsReleased();
-    void featureValueLists();
     void processMaps_data();
     void processMaps();
 
@@ -123,29 +121,6 @@ void TestBodyAnalysis::stalledRunIsReleased()
     click(a, "Sel2DADEdgeA", true);
     b.start2DAnalysis();
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-}
-
-// The feature value of every point reaches the lists, in walk order.
-void TestBodyAnalysis::featureValueLists()
-{
-    Body b;
-    loadFrames(b);
-    auto *a = b.findChild<Analyzer *>();
-    click(a, "Sel2DADEdgeA", false);
-    click(a, "Sel2DFVA", true);
-    set(b, "aHWidth_", "3");
-    set(b, "aVWidth_", "3");
-    QSignalSpy finished(&b, &Body::finishBatchExec);
-    b.start2DAnalysis();
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-    QVector<double> dM;
-    for (int y = 3; y < H; y += 7)
-        for (int x = 3; x < W; x += 7) {
-            const XafsSpectrum s(b.absorptionSpectrum(x, y, 10, 10), "t", 1, 0.0, b.suggestElm());
-            dM << analyzeFV(s, b.suggestElm(), 1.0).dM;
-        }
-    QCOMPARE(a->fvLists.dM.values, dM);
-    QCOMPARE(a->fvLists.dE12.values.size(), dM.size());
 }
 
 void TestBodyAnalysis::processMaps_data()

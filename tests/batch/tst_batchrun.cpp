@@ -34,25 +34,19 @@ void TestBatchRun::scripts_data()
     QTest::addColumn<QStringList>("absent");
 
     const QStringList end{":end"};
-    QTest::newRow("loop and variables")
-        << end << QStringList() << QStringList{":let a A", ":for i $i$ 1 3", ":echo $a$$i$", ":next i", "quit"} << true
-        << QStringList{"echo A1", "echo A2", "echo A3"} << QStringList{"echo A4"};
-    QTest::newRow("rem block")
-        << end << QStringList()
-        << QStringList{":rem_start", ":echo hidden", "set_band_w 1", "quit", ":rem_end", ":echo shown", "quit"} << true
-        << QStringList{"echo shown"} << QStringList{"echo hidden", "cmd set_band_w"};
-    QTest::newRow("unknown word skipped")
-        << end << QStringList() << QStringList{"frobnicate 1", ":bogus", ":echo after", "quit"} << true
-        << QStringList{"echo after"} << QStringList{"cmd frobnicate", "cmd :bogus"};
-    QTest::newRow("word without action")
-        << end << QStringList() << QStringList{"analyzer_select_main_mode_sumUp 1 2", ":echo after", "quit"} << true
-        << QStringList{"cmd analyzer_select_main_mode_sumUp", "echo after"} << QStringList();
-    QTest::newRow("command words any case")
-        << end << QStringList() << QStringList{":ECHO up", "QUIT", ":echo never"} << true
-        << QStringList{"echo up"} << QStringList{"echo never"};
-    QTest::newRow("DataRoot from configuration")
-        << end << QStringList{"DataRoot /beam/data"} << QStringList{":echo $DataRoot$/run1", "quit"} << true
-        << QStringList{"echo /beam/data/run1"} << QStringList();
+    // Loops and variables, a rem block, unknown words, a word kept without
+    // an action, a variable of the configuration, and command words in any
+    // case, the last of which ends the program.
+    QTest::newRow("interpreter")
+        << end << QStringList{"DataRoot /beam/data"}
+        << QStringList{":let a A", ":for i $i$ 1 3", ":echo $a$$i$", ":next i", ":rem_start", ":echo hidden",
+                       "set_band_w 1", "quit", ":rem_end", "frobnicate 1", ":bogus",
+                       "analyzer_select_main_mode_sumUp 1 2", ":echo $DataRoot$/run1", ":ECHO up", "QUIT",
+                       ":echo never"}
+        << true
+        << QStringList{"echo A1", "echo A2", "echo A3", "cmd analyzer_select_main_mode_sumUp", "echo /beam/data/run1",
+                       "echo up"}
+        << QStringList{"echo A4", "echo hidden", "cmd set_band_w", "cmd frobnicate", "cmd :bogus", "echo never"};
     // The configured lines run first; their variables are seen by the script.
     QTest::newRow("configured lines first")
         << QStringList{":let c C", ":echo cfg", ":end"} << QStringList() << QStringList{":echo $c$", "quit"} << true

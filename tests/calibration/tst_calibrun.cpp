@@ -1,6 +1,5 @@
-#include "images/TiffWriter.h"
 #include "support/E2eRun.h"
-#include "support/RefXafs.h"
+#include "support/SynthStack.h"
 
 #include <QtTest>
 
@@ -23,7 +22,7 @@ private slots:
 
 namespace {
 const int W = 15, H = 12, NE = 81;
-const double I0E[] = {8930, 8960, 8990, 9030}, HCv = 12398.424360387684, PIv = 3.1415926535;
+const double HCv = 12398.424360387684, PIv = 3.1415926535;
 
 double mu(double e, double e0)
 {
@@ -31,37 +30,24 @@ double mu(double e, double e0)
 }
 
 // The edge of pixel (x, y) lies 0.3 x - 0.25 y + 0.02 x y eV above 8975.
-double i1Pixel(int x, int y, int k)
+SynthStack stack()
 {
-    return std::round(30000 * std::exp(-mu(8940 + k, 8975 + 0.3 * x - 0.25 * y + 0.02 * x * y))) + (x * 7 + y * 13 + k * 5) % 5;
-}
-
-double i0Pixel(int x, int y, int j)
-{
-    return 20000 + 50 * x + 30 * y + 700 * j;
+    SynthStack s;
+    s.w = W, s.h = H, s.i0E = {8930, 8960, 8990, 9030};
+    for (int k = 0; k < NE; ++k)
+        s.i1E.push_back(8940 + k);
+    s.i1 = [](int x, int y, int k) {
+        return std::round(30000 * std::exp(-mu(8940 + k, 8975 + 0.3 * x - 0.25 * y + 0.02 * x * y)))
+            + (x * 7 + y * 13 + k * 5) % 5;
+    };
+    s.i0 = [](int x, int y, int j) { return 20000 + 50 * x + 30 * y + 700 * j; };
+    return s;
 }
 
 // ln(I0 / I1) of the 3 x 3 box at (cx, cy), I0 interpolated in energy.
 RefXafs pointSpectrum(int cx, int cy)
 {
-    auto box = [cx, cy](const std::function<double(int, int)> &px) {
-        double s = 0;
-        for (int y = std::max(cy - 1, 0); y <= std::min(cy + 1, H - 1); ++y)
-            for (int x = std::max(cx - 1, 0); x <= std::min(cx + 1, W - 1); ++x)
-                s += px(x, y);
-        return s;
-    };
-    std::vector<double> es, mus;
-    for (int k = 0; k < NE; ++k) {
-        const double e = 8940 + k;
-        const int j = e >= I0E[2] ? 2 : e >= I0E[1] ? 1 : 0;
-        const double s0 = box([j](int x, int y) { return i0Pixel(x, y, j); });
-        const double s1 = box([j](int x, int y) { return i0Pixel(x, y, j + 1); });
-        es.push_back(e);
-        mus.push_back(std::log((s0 + (e - I0E[j]) * (s1 - s0) / (I0E[j + 1] - I0E[j]))
-                               / box([k](int x, int y) { return i1Pixel(x, y, k); })));
-    }
-    return RefXafs(es, mus);
+    return stack().spectrum(cx, cy, 1, 1);
 }
 
 // Angle of energy e on a crystal of spacing d; the shift a stored angle
@@ -114,23 +100,6 @@ QStringList fileLines(const QString &path)
     return QString::fromUtf8(f.readAll()).split('\n', Qt::SkipEmptyParts);
 }
 
-// The stacks as TIFF files and the batch lines that load them.
-QStringList writeStacks(const QString &dir)
-{
-    std::vector<quint16> px(W * H);
-    QStringList i1, i0;
-    for (int k = 0; k < NE + 4; ++k) {
-        const bool isI1 = k < NE;
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(isI1 ? i1Pixel(p % W, p / W, k) : i0Pixel(p % W, p / W, k - NE));
-        (isI1 ? i1 : i0) << dir + QStringLiteral("/i%1_%2.tif").arg(isI1).arg(isI1 ? 8940 + k : I0E[k - NE], 0, 'f', 2);
-        writeTiff16((isI1 ? i1 : i0).last(), W, H, px.data());
-    }
-    return {"set_i1_energy_pattern \\d{4}\\.\\d\\d", "set_i0_energy_pattern \\d{4}\\.\\d\\d",
-            "load_I1_files new " + i1.join(' '), "load_I0_files new " + i0.join(' '), "set_view_w 1", "set_view_h 1",
-            "select_region 0 0 15 12"};
-}
-
 // The standard: the unshifted edge, finer in energy and wider than the stacks.
 RefXafs writeStandard(const QString &path)
 {
@@ -154,7 +123,7 @@ void TestCalibRun::calibrateSaveLoadAndUse()
     E2E_REQUIRE_EXECUTABLE();
     E2eRun run;
     const QString dir = run.dir();
-    const QStringList stacks = writeStacks(dir);
+    const QStringList stacks = stack().write(dir) << "set_view_w 1" << "set_view_h 1" << "select_region 0 0 15 12";
     const RefXafs standard = writeStandard(dir + "/std.dat");
 
     // 1. Calibration in cells of 3 x 3 with both methods; the names' suffix

@@ -12,6 +12,7 @@
 #include "spectrum/ElmEdges.h"
 #include "spectrum/XafsSpectrum.h"
 
+#include <QRandomGenerator>
 #include <QtTest>
 
 #include <cmath>
@@ -48,7 +49,7 @@ int readAs(const QString &kind, const QString &path)
         if (!f.read(path))
             return f.rows.isEmpty() && f.pixelType == PixelNone ? 0 : -1;
         const bool whole = quint32(f.rows.size()) == f.height && f.width > 0 && !std::isnan(f.min)
-            && !std::isnan(f.max) && f.min <= f.max;
+            && !std::isnan(f.max) && f.min <= f.max && qint64(f.width) * f.height <= kMaxFrameBytes;
         return whole ? 1 : -1;
     }
     if (kind == "mask") {
@@ -122,7 +123,8 @@ QByteArray empBytes(const QByteArray &w, const QByteArray &h, const QByteArray &
 
 // expect: 1 the reader accepts the file, 0 it refuses it, -1 either (only
 // whole results count then). For Cuts the whole file must be accepted, and
-// every cut must be either refused or accepted whole.
+// every cut, and every copy with a few bytes changed at random, must be
+// either refused or accepted whole.
 void TestBadInput::readers_data()
 {
     QTest::addColumn<QString>("kind");
@@ -150,6 +152,8 @@ void TestBadInput::readers_data()
         {"9809", {"spectrum", scan}},  {"ref 9809", {"ref", scan}},      {"ref table", {"ref", "a\n14.3\n14.2\n"}},
         {"emp", {"emp", emp}},         {"config", {"config", config}}, {"edges", {"edges", edges}},
         {"keys", {"keys", "k0\nk1\n"}}};
+    const QByteArray img32 = imgFile(5, 4, 1, 2, "BytesPerPixel=4", QVector<quint32>(20, 70000), 4);
+    QTest::addRow("img 32 cut") << "frame" << int(Cuts) << img32 << 1;
     for (const auto &[name, f] : files) {
         QTest::addRow("%s cut", name) << f.first << int(Cuts) << f.second << 1;
         QTest::addRow("%s folder", name) << f.first << int(Folder) << QByteArray() << 0;
@@ -226,6 +230,14 @@ void TestBadInput::readers()
     for (qsizetype n = 0; n < qMin<qsizetype>(256, content.size()); ++n) {
         QVERIFY(writeFile(path, content.left(n)));
         QVERIFY2(readAs(kind, path) >= 0, qPrintable(QString("cut at %1").arg(n)));
+    }
+    QRandomGenerator rng(77);
+    for (int i = 0; i < 100; ++i) {
+        QByteArray b = content;
+        for (int k = 0; k < 3; ++k)
+            b[rng.bounded(int(b.size()))] = char(rng.bounded(256));
+        QVERIFY(writeFile(path, b));
+        QVERIFY2(readAs(kind, path) >= 0, qPrintable(QString("scrambled copy %1").arg(i)));
     }
 }
 

@@ -4,10 +4,9 @@
 #include "app/Globals.h"
 #include "images/LogCapture.h"
 #include "images/TiffData.h"
-#include "images/TiffWriter.h"
 #include "network/StarsTestServer.h"
 #include "support/E2eRun.h"
-#include "support/RefXafs.h"
+#include "support/SynthStack.h"
 #include "view/ImgDispA.h"
 
 #include <QLineEdit>
@@ -39,41 +38,30 @@ private slots:
 };
 
 namespace {
-const int W = 14, H = 10, NE = 72; // I1 frames at 8940 eV and up; I0 flat in energy
+const int W = 14, H = 10, NE = 72;
 
-double i1Pixel(int x, int y, int k)
+// I1 frames at 8940 eV and up, an edge moving across the image; I0 flat in
+// energy, two frames at 8930 and 9012 eV.
+SynthStack stack()
 {
-    const double e = 8940.0 + k, e0 = 8975 + 0.6 * x - 0.4 * y;
-    const double mu = 0.3 + 0.0004 * (9000 - e) + (0.8 + 0.03 * y) * (0.5 + std::atan((e - e0) / 1.5) / M_PI);
-    return std::round(30000 * std::exp(-mu)) + ((x * 7 + y * 13 + k * 5) % 7) - 3;
-}
-
-double i0Pixel(int x, int y)
-{
-    return 20000 + 50 * x + 30 * y;
-}
-
-// Per frame the I1 sum of the box and ln(I0 / I1); off-image pixels count 0.
-void boxAt(int cx, int cy, int hw, int vw, std::vector<double> &raw, std::vector<double> &mu)
-{
-    for (int k = 0; k < NE; ++k) {
-        double a = 0, b = 0;
-        for (int y = qMax(0, cy - vw); y <= qMin(H - 1, cy + vw); ++y)
-            for (int x = qMax(0, cx - hw); x <= qMin(W - 1, cx + hw); ++x)
-                a += i0Pixel(x, y), b += i1Pixel(x, y, k);
-        raw.push_back(b), mu.push_back(std::log(a / b));
-    }
+    SynthStack s;
+    s.w = W, s.h = H, s.i0E = {8930, 9012};
+    for (int k = 0; k < NE; ++k)
+        s.i1E.push_back(8940.0 + k);
+    s.i1 = [](int x, int y, int k) {
+        const double e = 8940.0 + k, e0 = 8975 + 0.6 * x - 0.4 * y;
+        const double mu = 0.3 + 0.0004 * (9000 - e) + (0.8 + 0.03 * y) * (0.5 + std::atan((e - e0) / 1.5) / M_PI);
+        return std::round(30000 * std::exp(-mu)) + ((x * 7 + y * 13 + k * 5) % 7) - 3;
+    };
+    s.i0 = [](int x, int y, int) { return 20000 + 50 * x + 30 * y; };
+    return s;
 }
 
 RefXafs refAt(int cx, int cy, int hw, int vw)
 {
-    std::vector<double> es, raw, mu;
-    for (int k = 0; k < NE; ++k)
-        es.push_back(8940.0 + k);
-    boxAt(cx, cy, hw, vw, raw, mu);
     RefElm elm;
     elm.edgeEV = 8977;
-    return RefXafs(es, mu, elm);
+    return stack().spectrum(cx, cy, hw, vw, elm);
 }
 
 // The pixels of a 16-bit TIFF with the tags of the program's writer; empty
@@ -128,20 +116,9 @@ void TestSaving::run()
     dev.send("System flgon Tessarelle");
     QTRY_COMPARE(dev.lines.size(), 1);
 
-    std::vector<quint16> px(W * H);
-    QStringList files;
-    for (int k = 0; k <= NE; ++k) { // the last is I0, at 9012 and 8930 eV
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(k < NE ? i1Pixel(p % W, p / W, k) : i0Pixel(p % W, p / W));
-        files << QString("%1/i%2_%3.tif").arg(dir).arg(int(k < NE)).arg(8940 + k);
-        QVERIFY(writeTiff16(files.last(), W, H, px.data()));
-    }
-    QVERIFY(QFile::copy(files.last(), dir + "/i0_8930.tif"));
-    QStringList batch{"set_i1_energy_pattern \\d\\d\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d",
-                      "load_I1_files new " + files.mid(0, NE).join(' '),
-                      "load_I0_files new " + dir + "/i0_8930.tif " + files.last(), "set_band_w 1", "set_band_h 1",
-                      "set_analyze_w 2", "Suggesting_Edge_eV 8977", "analyzer_exec_2da", "select_disp_image_analyzed",
-                      "move_position 5 4", "saveDataCfg_tiff_scale_min -10"};
+    QStringList batch = stack().write(dir);
+    batch << "set_band_w 1" << "set_band_h 1" << "set_analyze_w 2" << "Suggesting_Edge_eV 8977" << "analyzer_exec_2da"
+          << "select_disp_image_analyzed" << "move_position 5 4" << "saveDataCfg_tiff_scale_min -10";
     batch << QString("save_data_as_tiff %1/m.tif\nsave_image %1/p\nsave_spectra %1/s.dat\nsaveDataCfg_save_as_text\n"
                      "save_data %1/m.dat\nsaveDataCfg_save_as_tiff").arg(no).split('\n')
           << QString("save_data_as_tiff %1/a.tif\nsaveDataCfg_tiff_fix_scale 0\nsaveDataCfg_tiff_as_analyzed 0\n"
@@ -223,13 +200,14 @@ namespace {
 // The stacks of the run above, handed to the window as a loader would.
 void loadStacks(Body &b)
 {
+    const SynthStack s = stack();
     for (int k = 0; k < NE + 2; ++k) {
         auto *f = new TiffData;
         f->allocate(W, H, PixelU16);
         for (int p = 0; p < W * H; ++p)
-            f->setPixel(p % W, p / W, k < NE ? i1Pixel(p % W, p / W, k) : i0Pixel(p % W, p / W));
+            f->setPixel(p % W, p / W, k < NE ? s.i1(p % W, p / W, k) : s.i0(p % W, p / W, 0));
         k < NE ? b.loadedI1(f, k, NE) : b.loadedI0(f, k - NE, 2);
-        f->energy = k < NE ? 8940.0 + k : k == NE ? 8930 : 9012;
+        f->energy = k < NE ? s.i1E[size_t(k)] : s.i0E[size_t(k - NE)];
     }
     b.finishedLoadI1Files();
     b.finishedLoadI0Files();
@@ -296,11 +274,11 @@ void TestSaving::eachSpectrum()
             const QStringList v = lines.value(n++).split(' ');
             QCOMPARE(v.mid(0, head), (QStringList{QString::number(x), QString::number(y), "0"}.mid(0, head)));
             QCOMPARE(v.size(), head + 2 * NE);
-            std::vector<double> raw, mu;
-            boxAt(x, y, bins[0], bins[1], raw, mu);
+            const SynthStack st = stack();
             const RefXafs ref = refAt(x, y, bins[0], bins[1]);
             for (int k = 0; k < NE; ++k) {
-                const double want = head == 2 ? raw[k] : kind == "SaveAsRawXAFS" ? mu[k] : ref.norm(k);
+                const double want = head == 2 ? st.box(st.i1, k, x, y, bins[0], bins[1])
+                                    : kind == "SaveAsRawXAFS" ? ref.ys[size_t(k)] : ref.norm(k);
                 const QString &got = v[head + 2 * k + 1];
                 QCOMPARE(v[head + 2 * k].toDouble(), 8940.0 + k);
                 QVERIFY2(std::fabs(got.toDouble() - want) <= 1e-5 * std::fabs(want) + 1e-7,

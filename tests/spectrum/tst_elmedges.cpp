@@ -18,8 +18,6 @@ class TestElmEdges : public QObject
 private slots:
     void init();
     void resourceRows();
-    void resourceRowValues_data();
-    void resourceRowValues();
     void kEdgesRiseWithZ();
     void knownEdges_data();
     void knownEdges();
@@ -62,36 +60,6 @@ void TestElmEdges::resourceRows()
     for (int i = 0; i < elmEdgeRows; ++i)
         QCOMPARE(elmEdges[i].z, i);
     QCOMPARE(edgeOf(elmEdges[0]), Five{});
-}
-
-void TestElmEdges::resourceRowValues_data()
-{
-    QTest::addColumn<int>("z");
-    QTest::addColumn<Five>("edge");
-    QTest::addColumn<Five>("c");
-    QTest::addColumn<Five>("d");
-
-    // The rows of H, Cu and Pr as they have always been shipped; "=" reads 0.
-    QTest::newRow("H: no edges, K coefficients only")
-        << 1 << Five{} << Five{0.0127, 0, 0, 0, 0} << Five{0.00000466, 0, 0, 0, 0};
-    QTest::newRow("Cu: K and L edges, no fifth")
-        << 29 << Five{8.98436029, 1.1, 0.954, 0.935, 0} << Five{176, 15.6, 0, 0, 0}
-        << Five{48.3, 0.779, 0, 0, 0};
-    QTest::newRow("Pr: no K coefficients, fifth pair without edge")
-        << 59 << Five{41.999, 6.838, 6.447, 5.966, 0} << Five{0, 176, 149, 71.7, 26.1}
-        << Five{0, 50.2, 32.7, 11.5, 2.83};
-}
-
-void TestElmEdges::resourceRowValues()
-{
-    QFETCH(int, z);
-    QFETCH(Five, edge);
-    QFETCH(Five, c);
-    QFETCH(Five, d);
-    QCOMPARE(elmEdges[z].z, z);
-    QCOMPARE(edgeOf(elmEdges[z]), edge);
-    QCOMPARE(cOf(elmEdges[z]), c);
-    QCOMPARE(dOf(elmEdges[z]), d);
 }
 
 // A row out of place would show as a K edge lower than the one before it.

@@ -1,6 +1,5 @@
-#include "images/TiffWriter.h"
 #include "support/E2eRun.h"
-#include "support/RefXafs.h"
+#include "support/SynthStack.h"
 
 #include <QImage>
 #include <QRegularExpression>
@@ -26,45 +25,24 @@ private slots:
 
 namespace {
 const int W = 12, H = 9, NE = 80;
-const double I0E[] = {8935.0, 8975.0, 9025.0};
 const double EdgeEV = 8977;
-
-double energy(int k)
-{
-    return 8940.0 + k;
-}
 
 // An edge that moves with the pixel, and a white line above it whose height
 // changes too, so that the feature values spread.
-double i1Pixel(int x, int y, int k)
+SynthStack stack()
 {
-    const double e = energy(k), e0 = 8975 + 0.5 * x - 0.3 * y;
-    const double wl = (0.2 + 0.04 * x + 0.03 * y) * std::exp(-std::pow((e - e0 - 7) / 3.0, 2));
-    const double mu = 0.3 + 0.0004 * (9000 - e) + 0.9 * (0.5 + std::atan((e - e0) / 1.5) / M_PI) + wl;
-    return std::round(30000 * std::exp(-mu));
-}
-
-double i0Pixel(int x, int y, int j)
-{
-    return 20000 + 40 * x + 30 * y + 600 * j;
-}
-
-RefXafs pointSpectrum(int cx, int cy, int hw, int vw, const RefElm &elm)
-{
-    std::vector<double> es, mus;
-    for (int k = 0; k < NE; ++k) {
-        const double e = energy(k);
-        double b = 0, s0 = 0, s1 = 0;
-        const int j = e >= I0E[1] ? 1 : 0;
-        for (int y = cy - vw; y <= cy + vw; ++y)
-            for (int x = cx - hw; x <= cx + hw; ++x)
-                if (x >= 0 && y >= 0 && x < W && y < H)
-                    b += i1Pixel(x, y, k), s0 += i0Pixel(x, y, j), s1 += i0Pixel(x, y, j + 1);
-        const double a = s0 + (e - I0E[j]) * (s1 - s0) / (I0E[j + 1] - I0E[j]);
-        es.push_back(e);
-        mus.push_back(std::log(a / b));
-    }
-    return RefXafs(es, mus, elm);
+    SynthStack s;
+    s.w = W, s.h = H, s.i0E = {8935.0, 8975.0, 9025.0};
+    for (int k = 0; k < NE; ++k)
+        s.i1E.push_back(8940.0 + k);
+    s.i1 = [](int x, int y, int k) {
+        const double e = 8940.0 + k, e0 = 8975 + 0.5 * x - 0.3 * y;
+        const double wl = (0.2 + 0.04 * x + 0.03 * y) * std::exp(-std::pow((e - e0 - 7) / 3.0, 2));
+        const double mu = 0.3 + 0.0004 * (9000 - e) + 0.9 * (0.5 + std::atan((e - e0) / 1.5) / M_PI) + wl;
+        return std::round(30000 * std::exp(-mu));
+    };
+    s.i0 = [](int x, int y, int j) { return 20000 + 40 * x + 30 * y + 600 * j; };
+    return s;
 }
 
 // The feature search on the smoothed curve: a double fall above the
@@ -94,11 +72,6 @@ QPointF featureValue(const RefXafs &s, double elimReg)
             break;
         }
     return QPointF(dM, e2 - e1);
-}
-
-QString name(const char *stack, double e)
-{
-    return QStringLiteral("%1_%2.tif").arg(stack).arg(e, 8, 'f', 2, QLatin1Char('0'));
 }
 
 // The numbers of the first debug line that matches re.
@@ -133,27 +106,12 @@ void TestToolsRun::tools()
     E2eRun run;
     QVERIFY(run.isValid());
     const QString dir = run.dir();
-    std::vector<quint16> px(W * H);
-    QStringList i1, i0;
-    for (int k = 0; k < NE; ++k) {
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(i1Pixel(p % W, p / W, k));
-        i1 << dir + "/" + name("i1", energy(k));
-        writeTiff16(i1.last(), W, H, px.data());
-    }
-    for (int j = 0; j < 3; ++j) {
-        for (int p = 0; p < W * H; ++p)
-            px[p] = quint16(i0Pixel(p % W, p / W, j));
-        i0 << dir + "/" + name("i0", I0E[j]);
-        writeTiff16(i0.last(), W, H, px.data());
-    }
-    const QStringList batch{"set_i1_energy_pattern \\d\\d\\d\\d\\.\\d\\d", "set_i0_energy_pattern \\d\\d\\d\\d\\.\\d\\d",
-                            "load_I1_files new " + i1.join(' '), "load_I0_files new " + i0.join(' '),
-                            QStringLiteral("set_view_w %1").arg(box[0]), QStringLiteral("set_view_h %1").arg(box[1]),
-                            QStringLiteral("set_analyze_w %1").arg(box[2]), QStringLiteral("set_analyze_h %1").arg(box[3]),
-                            "Suggesting_Edge_eV 8977", "analyzer_sub_mode 0 1 0 0 0 1", "analyzer_exec_2da",
-                            QStringLiteral("stats_bins %1").arg(bins), "stats_show_window", "stats_in_selected_region 1",
-                            "stats_over_image 1", "stats_bins 0", "stats_show_window 0", "quit"};
+    const QStringList batch = stack().write(dir)
+        + QStringList{QStringLiteral("set_view_w %1").arg(box[0]), QStringLiteral("set_view_h %1").arg(box[1]),
+                      QStringLiteral("set_analyze_w %1").arg(box[2]), QStringLiteral("set_analyze_h %1").arg(box[3]),
+                      "Suggesting_Edge_eV 8977", "analyzer_sub_mode 0 1 0 0 0 1", "analyzer_exec_2da",
+                      QStringLiteral("stats_bins %1").arg(bins), "stats_show_window", "stats_in_selected_region 1",
+                      "stats_over_image 1", "stats_bins 0", "stats_show_window 0", "quit"};
     const E2eResult r = run.runBatch({":end"}, batch, 60000);
     E2E_VERIFY_RUN(r, true);
 
@@ -162,7 +120,7 @@ void TestToolsRun::tools()
     QVector<double> dM, dE, edges;
     for (int y = box[3]; y < H; y += 2 * box[3] + 1)
         for (int x = box[2]; x < W; x += 2 * box[2] + 1) {
-            const RefXafs s = pointSpectrum(x, y, box[0], box[1], elm);
+            const RefXafs s = stack().spectrum(x, y, box[0], box[1], elm);
             const QPointF fv = featureValue(s, 1.0);
             dM << fv.x(), dE << fv.y(), edges << s.midx - EdgeEV;
         }
