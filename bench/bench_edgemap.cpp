@@ -126,13 +126,16 @@ int main(int argc, char **argv)
     size_t differ = 0;
     const size_t n = std::min(mine.size(), size_t(npb.size() / 8));
     for (size_t i = 0; i < n; ++i) {
+        // The map file holds 6 significant digits: numpy's value is rounded
+        // the same way before the two are compared.
+        const double rounded = QString::number(np[i], 'g', 6).toDouble();
+        differ += !(rounded == mine[i] || (std::isnan(rounded) && std::isnan(mine[i])));
         const double d = std::fabs(mine[i] - np[i]) / std::max(1.0, std::fabs(np[i]));
-        differ += d > 1e-9;
         if (d > worst)
             worst = d, worstAt = i;
     }
-    std::printf("maps compared at %zu of %d points, %zu differ: largest difference %.2g", n, side * side, differ,
-                worst);
+    std::printf("maps compared at %zu of %d points, %zu differ in the file's 6 digits; largest relative difference %.2g",
+                n, side * side, differ, worst);
     if (worst > 0)
         std::printf(" at x %zu, y %zu (program %.9g, numpy %.9g)", worstAt % size_t(side), worstAt / size_t(side),
                     mine[worstAt], np[worstAt]);

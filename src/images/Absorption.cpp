@@ -117,6 +117,19 @@ void growDarkLists(const AbsorptionInput &in)
         Absorption::updateDarkList(framesOf(in.i0Frames), in.dark, in.i0DarkRect, *in.i0DarkList);
 }
 
+// The dark frame's box sum brought to each stack: counts per ms of the dark
+// at each stack's exposure; 0 without a dark frame.
+void darkLevels(const AbsorptionInput &in, double darkSum, double &darkI1, double &darkI0)
+{
+    darkI1 = 0.0;
+    darkI0 = 0.0;
+    if (!in.dark)
+        return;
+    const double rate = darkSum / in.darkExpTime;
+    darkI1 = rate * in.i1ExpTime;
+    darkI0 = rate * in.i0ExpTime;
+}
+
 // The formula of absorptionSpectrum once the box's sums can be had: i1Sum(i)
 // is I1 frame i's, i0At(i, e) the I0 stack's at the energy e of I1 frame i,
 // darkSum the dark frame's. The dark lists must have been grown.
@@ -128,14 +141,9 @@ void fillSpectrum(const AbsorptionInput &in, int hw, int vw, double darkSum, I1S
     // In double: widths near INT_MAX must not overflow. Signs as given.
     const double n = (2.0 * hw + 1.0) * (2.0 * vw + 1.0);
 
-    double darkI1 = 0.0;
-    double darkI0 = 0.0;
-    if (in.dark) {
-        // Counts per ms of the dark, brought to each stack's exposure.
-        const double rate = darkSum / in.darkExpTime;
-        darkI1 = rate * in.i1ExpTime;
-        darkI0 = rate * in.i0ExpTime;
-    }
+    double darkI1;
+    double darkI0;
+    darkLevels(in, darkSum, darkI1, darkI0);
 
     const bool i1Area = in.useI1DarkArea && in.i1DarkList;
     const bool i0Area = in.useI0DarkArea && in.i0DarkList;
@@ -305,13 +313,9 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
         // The map's usual case, the formula of fillSpectrum written out with
         // the energies read from plain lists: the same operations, so the
         // same numbers.
-        double darkI1 = 0.0;
-        double darkI0 = 0.0;
-        if (in.dark) {
-            const double rate = darkSum / in.darkExpTime;
-            darkI1 = rate * in.i1ExpTime;
-            darkI0 = rate * in.i0ExpTime;
-        }
+        double darkI1;
+        double darkI0;
+        darkLevels(in, darkSum, darkI1, darkI0);
         const qsizetype n = i1.size();
         out.points.resize(n);
         QPointF *points = out.points.data();

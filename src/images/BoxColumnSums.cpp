@@ -1,5 +1,6 @@
 #include "images/BoxColumnSums.h"
 
+#include "images/RunningSums.h"
 #include "images/TiffData.h"
 
 #include <algorithm>
@@ -81,14 +82,7 @@ void BoxColumnSums::moveFrame(Frame &f, qint64 fx)
     }
     f.c0 = n0;
     f.c1 = n1;
-    qint64 *run = f.run.data();
-    const size_t m = f.row.size();
-    qint64 s = 0;
-    run[0] = 0;
-    for (size_t r = 0; r < m; ++r) {
-        s += row[r];
-        run[r + 1] = s;
-    }
+    runningSums(row, f.row.size(), f.run.data());
 }
 
 void BoxColumnSums::moveTo(int x)

@@ -1,5 +1,6 @@
 #include "images/BoxRowSums.h"
 
+#include "images/RunningSums.h"
 #include "images/TiffData.h"
 
 #include <algorithm>
@@ -125,14 +126,7 @@ void BoxRowSums::moveFrame(Frame &f, qint64 fy)
     }
     f.r0 = n0;
     f.r1 = n1;
-    qint64 *run = f.run.data();
-    const size_t m = f.col.size();
-    qint64 s = 0;
-    run[0] = 0;
-    for (size_t i = 0; i < m; ++i) {
-        s += col[i];
-        run[i + 1] = s;
-    }
+    runningSums(col, f.col.size(), f.run.data());
 }
 
 void BoxRowSums::moveTo(int y)
@@ -147,9 +141,22 @@ void BoxRowSums::moveTo(int y)
 
 void BoxRowSums::sums(int x, double *out) const
 {
+    // sum() for every frame, its tests in the order it makes them, without
+    // a call per frame: this runs once per point of a map.
     const size_t n = m_frames.size();
-    for (size_t k = 0; k < n; ++k)
-        out[k] = sum(int(k), x);
+    const Frame *frames = m_frames.data();
+    for (size_t k = 0; k < n; ++k) {
+        const Frame &f = frames[k];
+        if (f.direct) {
+            out[k] = f.frame->boxSum(x, m_y, m_hw, m_vw);
+            continue;
+        }
+        const qint64 fx = qint64(x) - f.shiftX;
+        const qint64 lo = std::max<qint64>(fx - m_h, f.c0);
+        const qint64 hi = std::min<qint64>(fx + m_h, f.c1);
+        const bool none = f.r0 > f.r1 || f.c0 > f.c1 || lo > hi;
+        out[k] = none ? 0.0 : double(f.run.data()[hi - f.c0 + 1] - f.run.data()[lo - f.c0]);
+    }
 }
 
 double BoxRowSums::sum(int k, int x) const
