@@ -19,33 +19,36 @@ import numpy as np
 SUGGESTED_EDGE = 0.0  # the suggested edge subtracted from midx: none in the bench configuration
 
 
-def box_sums(stack, y0, y1, h):
-    """Box sums (2h+1 square, pixels outside count 0) centred on rows y0..y1-1."""
-    nf, side, _ = stack.shape
-    a, b = max(y0 - h, 0), min(y1 + h, side)
-    band = stack[:, a:b, :].astype(np.int64)
-    cv = np.zeros((nf, b - a + 1, side), np.int64)
-    np.cumsum(band, axis=1, out=cv[:, 1:, :])
-    ys = np.arange(y0, y1)
-    top = np.clip(ys - h, a, b) - a
-    bottom = np.clip(ys + h + 1, a, b) - a
-    rows = cv[:, bottom, :] - cv[:, top, :]
-    ch = np.zeros((nf, y1 - y0, side + 1), np.int64)
+def box_sums(padded, y0, y1, h):
+    """Box sums (2h+1 square, pixels outside count 0) centred on rows y0..y1-1,
+    from the stack padded with h zeros on every side: running sums down the
+    band and along its rows, differences of slices (views, no gathers). In
+    32-bit integers: a 16-bit frame's running sum along a row of column sums
+    stays below 2**31 up to 1500 columns at this box size."""
+    w = 2 * h + 1
+    band = padded[:, y0:y1 + 2 * h, :]
+    nf, r, width = band.shape
+    cv = np.empty((nf, r + 1, width), np.int32)
+    cv[:, 0, :] = 0
+    np.cumsum(band, axis=1, dtype=np.int32, out=cv[:, 1:, :])
+    rows = cv[:, w:, :] - cv[:, :-w, :]
+    ch = np.empty((nf, rows.shape[1], width + 1), np.int32)
+    ch[:, :, 0] = 0
     np.cumsum(rows, axis=2, out=ch[:, :, 1:])
-    xs = np.arange(side)
-    left = np.clip(xs - h, 0, side)
-    right = np.clip(xs + h + 1, 0, side)
-    return (ch[:, :, right] - ch[:, :, left]).astype(np.float64)
+    return ch[:, :, w:] - ch[:, :, :-w]
 
 
-def line_fit(e, y, mask):
-    """Least-squares straight lines over the masked points of each spectrum."""
-    m = mask.astype(np.float64)
-    n = m.sum(1)
-    sx = (m * e).sum(1)
-    sxx = (m * e * e).sum(1)
-    sy = (m * y).sum(1)
-    sxy = (m * e * y).sum(1)
+def line_fit_ranges(e, y, cy, cey, lo, hi):
+    """Least-squares straight lines over points lo..hi-1 of each spectrum,
+    from running sums: cy, cey over the spectra, e over the energies."""
+    rows = np.arange(y.shape[0])
+    ce = np.concatenate(([0.0], np.cumsum(e)))
+    cee = np.concatenate(([0.0], np.cumsum(e * e)))
+    n = (hi - lo).astype(np.float64)
+    sx = ce[hi] - ce[lo]
+    sxx = cee[hi] - cee[lo]
+    sy = cy[rows, hi] - cy[rows, lo]
+    sxy = cey[rows, hi] - cey[rows, lo]
     det = sxx * n - sx * sx
     slope = (sxy * n - sx * sy) / det
     icpt = (sxx * sy - sx * sxy) / det
@@ -58,18 +61,30 @@ def edge_positions(mu, e):
     rows = np.arange(p)
     c = np.zeros((p, n + 1))
     np.cumsum(mu, axis=1, out=c[:, 1:])
-    i = np.arange(n)
-    lo = np.maximum(i - 2, 0)
-    hi = np.minimum(i + 2, n - 1)
-    s = (c[:, hi + 1] - c[:, lo]) / (hi - lo + 1)
+    # Five-point means from the running sums: slices inside, the two points
+    # at each end over the points they have.
+    s = np.empty((p, n))
+    s[:, 2:n - 2] = c[:, 5:] - c[:, :n - 4]
+    s[:, 2:n - 2] /= 5
+    for i in (0, 1, n - 2, n - 1):
+        lo, hi = max(i - 2, 0), min(i + 2, n - 1)
+        s[:, i] = (c[:, hi + 1] - c[:, lo]) / (hi - lo + 1)
 
     d = s[:, 1:] - s[:, :-1]
     best = np.argmax(d, axis=1)
     best[d[rows, best] <= 0] = 0
     x = e[best]
     ee = e[None, :]
-    ps, pi = line_fit(ee, mu, ee < (x - 10)[:, None])
-    qs, qi = line_fit(ee, mu, (ee >= (x + 10)[:, None]) & (ee < e[-1]))
+    # Energies rise: the pre-edge points are a leading run, the post-edge
+    # ones a run that stops before the last point.
+    cy = c
+    cey = np.zeros((p, n + 1))
+    np.cumsum(mu * ee, axis=1, out=cey[:, 1:])
+    pre_hi = np.searchsorted(e, x - 10, side="left")
+    post_lo = np.searchsorted(e, x + 10, side="left")
+    post_hi = np.maximum(np.searchsorted(e, e[-1], side="left"), post_lo)
+    ps, pi = line_fit_ranges(e, mu, cy, cey, np.zeros_like(pre_hi), pre_hi)
+    qs, qi = line_fit_ranges(e, mu, cy, cey, post_lo, post_hi)
     gap = (qs * x + qi) - (ps * x + pi)
     widen = np.where(gap < 0, 0.55 * gap, 0.0)
     pi = pi - widen
@@ -81,25 +96,44 @@ def edge_positions(mu, e):
     bend_pre = ps > qs
     bend_post = qs > ps
 
-    def pre(v):
-        out = ps[:, None] * v + pi[:, None]
-        dS = (qs - ps)[:, None]
-        g = dS * pe2[:, None] + (qi - pi)[:, None]
+    # Per spectrum, the constants of the bends; then each line over the
+    # energies with in-place operations, the bend put in where it applies.
+    dS = qs - ps
+    with np.errstate(all="ignore"):
+        g_pre = dS * pe2 + (qi - pi)
+        ra_pre = -(2 * dS * pe2 + (qi - pi)) / dS
+        k_pre = g_pre * g_pre / dS
+        g_post = dS * qe1 + (qi - pi)
+        ra_post = -(2 * dS * qe1 + (qi - pi)) / dS
+        k_post = g_post * g_post / dS
+
+    def line(v, slope, icpt, other_slope, other_icpt, k, ra, where, sign):
+        """slope v + icpt, and where `where` holds, the other line's
+        other_slope v + other_icpt + sign k / (v + ra)."""
+        v = np.broadcast_to(v, (len(slope), v.shape[1]))
+        out = slope[:, None] * v
+        out += icpt[:, None]
         with np.errstate(all="ignore"):
-            ra = -(2 * dS * pe2[:, None] + (qi - pi)[:, None]) / dS
-            bent = qs[:, None] * v + qi[:, None] + (g * g / dS) / (v + ra)
-        return np.where((v > pe2[:, None]) & bend_pre[:, None], bent, out)
+            bent = v + ra[:, None]
+            np.divide(k[:, None], bent, out=bent)
+            if sign < 0:
+                np.negative(bent, out=bent)
+            bent += other_icpt[:, None]
+            bent += other_slope[:, None] * v
+        np.copyto(out, bent, where=where)
+        return out
+
+    def pre(v):
+        where = (v > pe2[:, None]) & bend_pre[:, None]
+        return line(v, ps, pi, qs, qi, k_pre, ra_pre, where, 1)
 
     def post(v):
-        out = qs[:, None] * v + qi[:, None]
-        dS = (qs - ps)[:, None]
-        g = dS * qe1[:, None] + (qi - pi)[:, None]
-        with np.errstate(all="ignore"):
-            ra = -(2 * dS * qe1[:, None] + (qi - pi)[:, None]) / dS
-            bent = ps[:, None] * v + pi[:, None] - (g * g / dS) / (v + ra)
-        return np.where((v < qe1[:, None]) & bend_post[:, None], bent, out)
+        where = (v < qe1[:, None]) & bend_post[:, None]
+        return line(v, qs, qi, ps, pi, k_post, ra_post, where, -1)
 
-    level = 0.5 * post(ee) + 0.5 * pre(ee)
+    level = post(ee)
+    level *= 0.5
+    level += 0.5 * pre(ee)
     ok = (level[:, 1:-1] > s[:, :-2]) & (s[:, 2:] > level[:, 1:-1])
     rise = np.where(ok, s[:, 2:] - s[:, :-2], 0.0)
     b = np.argmax(rise, axis=1) + 1
@@ -132,13 +166,18 @@ def main():
     i0 = np.fromfile(i0p, dtype="<u2").reshape(nf, side, side)
     out = np.empty((side, side))
     t = time.perf_counter()
+    pad = ((0, 0), (half, half), (half, half))
+    i1 = np.pad(i1, pad)
+    i0 = np.pad(i0, pad)
     band = 32
     for y0 in range(0, side, band):
         y1 = min(y0 + band, side)
         s1 = box_sums(i1, y0, y1, half)
         s0 = box_sums(i0, y0, y1, half)
+        # Sums of unsigned pixels: their product is positive when both are.
+        ok = (s1 > 0) & (s0 > 0)
         with np.errstate(all="ignore"):
-            mu = np.where(s1 * s0 > 0, np.log(s0 / s1), 1.0)
+            mu = np.where(ok, np.log(s0 / s1), 1.0)
         mu = mu.reshape(nf, -1).T.copy()
         out[y0:y1, :] = edge_positions(mu, e).reshape(y1 - y0, side)
     print("%.3f" % (time.perf_counter() - t))
