@@ -55,6 +55,11 @@ void Body::start2DAnalysis()
     }
     if (i1Frames.isEmpty() || !askAnalyzeCond(analyzeCond))
         return;
+    // The spectrum under the pointer may still be in the worker: it ends as
+    // a single spectrum, writing its panels (whose ratios the run's fits
+    // read), before the run takes the worker. Its answers are not taken for
+    // the run's first point.
+    analyzer->drainWorker();
     running2D = true;
     analyzer->setContAccess(true);
     analyzer->setProgress(0.0);
@@ -102,10 +107,6 @@ void Body::start2DAnalysis()
         fvMap = &analyzer->fvMap;
         take(fvMap);
     }
-    // Answers still owed for spectra sent before the run (the one under the
-    // pointer, or the last point of a stopped run) must not be taken for
-    // this run's first point.
-    analyzer->drainWorker();
     if (startMapRun())
         return;
     analyzeAPoint(analyzeCond);

@@ -10,8 +10,7 @@ bool CrossSection::FrameKey::operator==(const FrameKey &o) const
 {
     // Energies compared bit for bit: a NaN energy must not force a new sum
     // every time, nor may -0 and 0 pass for one another.
-    return frame == o.frame && version == o.version && shiftX == o.shiftX && shiftY == o.shiftY
-           && std::memcmp(&energy, &o.energy, sizeof energy) == 0;
+    return stamp == o.stamp && std::memcmp(&energy, &o.energy, sizeof energy) == 0;
 }
 
 bool CrossSection::Key::operator==(const Key &o) const
@@ -52,7 +51,7 @@ void CrossSection::take(const AbsorptionInput &in, int index, bool inI0Stack, in
     Key key;
     key.frames.reserve(size_t(frames.size()));
     for (const TiffData *f : std::as_const(frames))
-        key.frames.push_back({f, f->version(), f->shiftX, f->shiftY, f->energy});
+        key.frames.push_back({FrameStamp::of(f), f->energy});
     key.hw = hw;
     key.vw = vw;
     key.along = along;

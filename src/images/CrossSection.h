@@ -3,6 +3,7 @@
 #include "images/AbsorptionInput.h"
 #include "images/BoxColumnSums.h"
 #include "images/BoxRowSums.h"
+#include "images/FrameStamp.h"
 #include "spectrum/Spectrum.h"
 
 #include <vector>
@@ -30,10 +31,7 @@ private:
     // What a frame's sums depend on; the energy too, for the interpolation.
     struct FrameKey
     {
-        const TiffData *frame = nullptr;
-        quint64 version = 0;
-        int shiftX = 0;
-        int shiftY = 0;
+        FrameStamp stamp;
         double energy = 0;
         bool operator==(const FrameKey &o) const;
     };

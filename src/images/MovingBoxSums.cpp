@@ -61,8 +61,8 @@ void MovingBoxSums::sums(const QVector<TiffData *> &frames, int x, int y, int hw
     for (qsizetype k = 0; k < frames.size(); ++k) {
         const TiffData *f = frames.at(k);
         Kept &kept = m_kept[size_t(k)];
-        const bool same = kept.exact && kept.frame == f && kept.version == f->version() && kept.shiftX == f->shiftX
-                          && kept.shiftY == f->shiftY;
+        const FrameStamp stamp = FrameStamp::of(f);
+        const bool same = kept.exact && kept.stamp == stamp;
         if (slide && same) {
             qint64 part;
             for (const Rect &r : entered) {
@@ -74,10 +74,7 @@ void MovingBoxSums::sums(const QVector<TiffData *> &frames, int x, int y, int hw
                 kept.sum -= part;
             }
         } else {
-            kept.frame = f;
-            kept.version = f->version();
-            kept.shiftX = f->shiftX;
-            kept.shiftY = f->shiftY;
+            kept.stamp = stamp;
             kept.exact = f->exactRectSum(box.x0, box.y0, box.x1, box.y1, kept.sum);
         }
         out[k] = kept.exact ? double(kept.sum) : f->boxSum(x, y, hw, vw);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "images/FrameStamp.h"
+
 #include <QVector>
 
 #include <vector>
@@ -22,10 +24,7 @@ public:
 private:
     struct Kept
     {
-        const TiffData *frame = nullptr;
-        quint64 version = 0;
-        int shiftX = 0;
-        int shiftY = 0;
+        FrameStamp stamp;
         bool exact = false;
         qint64 sum = 0;
     };
