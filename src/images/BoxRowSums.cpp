@@ -139,37 +139,29 @@ void BoxRowSums::moveTo(int y)
     }
 }
 
+double BoxRowSums::frameSum(const Frame &f, int x) const
+{
+    if (f.direct)
+        return f.frame->boxSum(x, m_y, m_hw, m_vw);
+    const qint64 fx = qint64(x) - f.shiftX;
+    const qint64 lo = std::max<qint64>(fx - m_h, f.c0);
+    const qint64 hi = std::min<qint64>(fx + m_h, f.c1);
+    // No rows summed yet, no columns kept, or a box past the kept columns.
+    if (f.r0 > f.r1 || f.c0 > f.c1 || lo > hi)
+        return 0.0;
+    return double(f.run.data()[hi - f.c0 + 1] - f.run.data()[lo - f.c0]);
+}
+
 void BoxRowSums::sums(int x, double *out) const
 {
-    // sum() for every frame, its tests in the order it makes them, without
-    // a call per frame: this runs once per point of a map.
+    // Once per point of a map: the per-frame sum inlined, no call per frame.
     const size_t n = m_frames.size();
     const Frame *frames = m_frames.data();
-    for (size_t k = 0; k < n; ++k) {
-        const Frame &f = frames[k];
-        if (f.direct) {
-            out[k] = f.frame->boxSum(x, m_y, m_hw, m_vw);
-            continue;
-        }
-        const qint64 fx = qint64(x) - f.shiftX;
-        const qint64 lo = std::max<qint64>(fx - m_h, f.c0);
-        const qint64 hi = std::min<qint64>(fx + m_h, f.c1);
-        const bool none = f.r0 > f.r1 || f.c0 > f.c1 || lo > hi;
-        out[k] = none ? 0.0 : double(f.run.data()[hi - f.c0 + 1] - f.run.data()[lo - f.c0]);
-    }
+    for (size_t k = 0; k < n; ++k)
+        out[k] = frameSum(frames[k], x);
 }
 
 double BoxRowSums::sum(int k, int x) const
 {
-    const Frame &f = m_frames[size_t(k)];
-    if (f.direct)
-        return f.frame->boxSum(x, m_y, m_hw, m_vw);
-    if (f.r0 > f.r1 || f.col.empty())
-        return 0.0;
-    const qint64 fx = qint64(x) - f.shiftX;
-    const qint64 lo = std::max<qint64>(fx - m_h, f.c0);
-    const qint64 hi = std::min<qint64>(fx + m_h, f.c1);
-    if (lo > hi)
-        return 0.0;
-    return double(f.run[size_t(hi - f.c0 + 1)] - f.run[size_t(lo - f.c0)]);
+    return frameSum(m_frames[size_t(k)], x);
 }

@@ -44,6 +44,7 @@ private:
         std::vector<qint64> run; // run[i] = col[0] + ... + col[i - 1]
     };
     void moveFrame(Frame &f, qint64 fy);
+    inline double frameSum(const Frame &f, int x) const;
 
     std::vector<Frame> m_frames;
     int m_hw = 0;
