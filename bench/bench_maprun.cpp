@@ -3,13 +3,18 @@
 // side x side stack of 300 I1 frames with an I0 stack, box 21 x 21, step 1,
 // through MapRun with one thread and with two. Reports wall and processor
 // time per point, so that a change of the inner loops can be judged on a
-// machine that is not quiet.
+// machine that is not quiet. Then, on one thread, what each step of a point
+// adds: the row moves of the box sums, reading the point's sums, its
+// spectrum, its analysis.
 //
 //   bench_maprun [side [rows]]
 #include "analysis/AnalyzeCond.h"
 #include "analysis/MapRun.h"
+#include "images/Absorption.h"
 #include "images/AbsorptionInput.h"
+#include "images/BoxRowSums.h"
 #include "images/TiffData.h"
+#include "spectrum/XafsSpectrum.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -96,6 +101,34 @@ int main(int argc, char **argv)
         std::printf("%d x %d points, %d thread(s): wall %.3f s (%.2f us/point), cpu %.3f s (%.2f us/point), "
                     "mean edge %.6f\n",
                     side, rows, threads, wall, 1e6 * wall / points, cpu, 1e6 * cpu / points, sum / points);
+    }
+    // The steps one by one, each run adding one more.
+    Absorption::AbsorptionWalk spectra(in);
+    const char *steps[] = {"row moves", "+ point sums", "+ spectrum", "+ analysis"};
+    for (int step = 0; step < 4; ++step) {
+        BoxRowSums b1, b0;
+        b1.setUp(i1, job.hw, job.vw, 0, side - 1);
+        b0.setUp(i0, job.hw, job.vw, 0, side - 1);
+        XafsSpectrum point;
+        double sum = 0;
+        QElapsedTimer t;
+        t.start();
+        for (int y = side / 2; y < side / 2 + rows; ++y) {
+            b1.moveTo(y);
+            b0.moveTo(y);
+            for (int x = 0; x < side && step > 0; ++x) {
+                const double *s1 = b1.sums(x);
+                const double *s0 = b0.sums(x);
+                sum += s1[Frames / 2] - s0[Frames / 2];
+                if (step < 2)
+                    continue;
+                spectra.spectrum(x, y, job.hw, job.vw, s1, s0, 0.0, point, false);
+                if (step > 2)
+                    point.renew(QStringLiteral("p"), job.lineType, 0.0, job.sElm, XafsSpectrum::Curves::None);
+                sum += point.midx;
+            }
+        }
+        std::printf("%-14s %.2f us/point (%g)\n", steps[step], 1e6 * double(t.nsecsElapsed()) / 1e9 / points, sum);
     }
     return 0;
 }

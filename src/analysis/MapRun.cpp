@@ -43,8 +43,6 @@ struct MapRun::Worker
     BoxRowSums i1;
     BoxRowSums i0;
     BoxRowSums dark;
-    std::vector<double> s1;
-    std::vector<double> s0;
     XafsSpectrum point; // the box's spectrum, refilled in place
     XafsSpectrum limited;
     LcfOutcome lcf;
@@ -135,8 +133,6 @@ void MapRun::work(int t)
         w->i0.setUp(i0, job.hw, job.vw, m_xs[p0], m_xs[p1 - 1]);
     if (in.dark)
         w->dark.setUp(dark, job.hw, job.vw, m_xs[p0], m_xs[p1 - 1]);
-    w->s1.assign(size_t(i1.size()), 0.0);
-    w->s0.assign(size_t(i0.size()), 0.0);
     w->lcf.makeFitted = false;
     // The point's own analysis only where an analysis reads its results;
     // the element analysis reads the points, the fits a part of them.
@@ -164,12 +160,11 @@ void MapRun::work(int t)
             if (m_stop)
                 return;
             const int x = m_xs[p];
-            w->i1.sums(x, w->s1.data());
-            if (withI0)
-                w->i0.sums(x, w->s0.data());
+            const double *i0Sums = withI0 ? w->i0.sums(x) : nullptr;
             const double darkSum = in.dark ? w->dark.sum(0, x) : 0.0;
             XafsSpectrum &s = w->point;
-            m_walk.spectrum(x, y, job.hw, job.vw, w->s1.data(), w->s0.data(), darkSum, s);
+            // No analysis of a map reads the point's extremes.
+            m_walk.spectrum(x, y, job.hw, job.vw, w->i1.sums(x), i0Sums, darkSum, s, false);
             const double shift = m_shifts[r * cols + p];
             if (analysed)
                 s.renew(name, job.lineType, shift, job.sElm, curves);

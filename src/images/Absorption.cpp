@@ -286,12 +286,23 @@ AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
         return;
     pairA.resize(i1.size());
     pairB.resize(i1.size());
-    pairEA.resize(size_t(i1.size()));
-    pairEB.resize(size_t(i1.size()));
+    pairDE.resize(size_t(i1.size()));
+    pairDD.resize(size_t(i1.size()));
+    pairHow.resize(size_t(i1.size()));
     for (qsizetype i = 0; i < i1.size(); ++i) {
+        const size_t k = size_t(i);
         TiffData::interpolationPair(i0, i1.at(i)->energy, pairA[i], pairB[i]);
-        pairEA[size_t(i)] = i0.at(pairA[i])->energy;
-        pairEB[size_t(i)] = i0.at(pairB[i])->energy;
+        const double ea = i0.at(pairA[i])->energy;
+        const double eb = i0.at(pairB[i])->energy;
+        pairDE[k] = i1Energy[k] - ea;
+        pairDD[k] = eb - ea;
+        pairHow[k] = ea == eb ? PairAverage : PairGeneral;
+        if (ea != eb && pairDE[k] == 0.0) {
+            // (de * q) / dd is then q times de / dd: a zero signed as the
+            // three signs give it, or NaN where dd is; the same bits.
+            pairHow[k] = PairAtA;
+            pairDD[k] = pairDE[k] / pairDD[k];
+        }
     }
 }
 
@@ -301,7 +312,7 @@ bool AbsorptionWalk::needsI0() const
 }
 
 void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums, const double *i0Sums,
-                              double darkSum, Spectrum &out) const
+                              double darkSum, Spectrum &out, bool extremes) const
 {
     out.reset();
     const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
@@ -320,19 +331,28 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
         out.points.resize(n);
         QPointF *points = out.points.data();
         const double *e1 = i1Energy.data();
-        const double *ea = pairEA.data();
-        const double *eb = pairEB.data();
+        const double *de = pairDE.data();
+        const double *dd = pairDD.data();
+        const char *how = pairHow.data();
         const qsizetype *pa = pairA.constData();
         const qsizetype *pb = pairB.constData();
+        const bool fluo = in.fluoType;
         for (qsizetype i = 0; i < n; ++i) {
-            const double e = e1[i];
             const double sa = i0Sums[pa[i]];
             const double sb = i0Sums[pb[i]];
-            // As TiffData::interpolateSums.
-            const double i0At = ea[i] == eb[i] ? (sa + sb) / 2.0 : sa + (e - ea[i]) * (sb - sa) / (eb[i] - ea[i]);
-            points[i] = QPointF(e, Absorption::muOf(i0At - darkI0, i1Sums[i] - darkI1, in.fluoType));
+            // As TiffData::interpolateSums; at the first I0 frame's own
+            // energy without the division (see PairAtA).
+            double i0At;
+            if (how[i] == PairAverage)
+                i0At = (sa + sb) / 2.0;
+            else if (how[i] == PairAtA)
+                i0At = sa + (sb - sa) * dd[i];
+            else
+                i0At = sa + de[i] * (sb - sa) / dd[i];
+            points[i] = QPointF(e1[i], Absorption::muOf(i0At - darkI0, i1Sums[i] - darkI1, fluo));
         }
-        out.scanRange();
+        if (extremes)
+            out.scanRange();
         return;
     }
     fillSpectrum(

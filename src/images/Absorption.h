@@ -87,21 +87,29 @@ struct AbsorptionWalk
     bool needsI0() const;
     // absorptionSpectrum(in, x, y, hw, vw, out) to the bit, given the box
     // sums at (x, y): one per I1 frame, one per I0 frame, and the dark
-    // frame's (unread without a dark frame).
+    // frame's (unread without a dark frame). Without extremes the curve's
+    // extremes keep their reset values, for a walk whose analyses read none
+    // of them: the map's analyses don't.
     void spectrum(int x, int y, int hw, int vw, const double *i1Sums, const double *i0Sums, double darkSum,
-                  Spectrum &out) const;
+                  Spectrum &out, bool extremes = true) const;
 
     AbsorptionInput in;
     QVector<TiffData *> i1Frames;
     QVector<TiffData *> i0Frames;
     QVector<double> i1DarkList;
     QVector<double> i0DarkList;
-    // The two I0 frames read for each I1 frame, with two I0 frames or more,
-    // and their energies; the I1 frames' energies.
+    // The two I0 frames read for each I1 frame, with two I0 frames or more;
+    // the I1 frame's energy less the first one's (de) and the second's less
+    // the first's (dd), and how the two sums combine: their mean for equal
+    // energies, the general interpolation, or at the first's own energy
+    // (de zero) sa + (sb - sa) * (de / dd), dd then holding de / dd: the
+    // same zero of the same sign, or NaN, that the general term gives.
+    enum PairHow : char { PairGeneral, PairAverage, PairAtA };
     QVector<qsizetype> pairA;
     QVector<qsizetype> pairB;
-    std::vector<double> pairEA;
-    std::vector<double> pairEB;
+    std::vector<double> pairDE;
+    std::vector<double> pairDD;
+    std::vector<char> pairHow;
     std::vector<double> i1Energy;
 };
 

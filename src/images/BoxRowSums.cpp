@@ -66,7 +66,10 @@ void BoxRowSums::setUp(const QVector<TiffData *> &frames, int hw, int vw, int xF
     m_vw = vw;
     m_h = std::abs(qint64(hw));
     m_v = std::abs(qint64(vw));
+    m_xFirst = xFirst;
+    m_xLast = std::max(xLast, xFirst - 1);
     m_frames.resize(size_t(frames.size()));
+    m_box.assign(size_t(m_xLast - m_xFirst + 1) * m_frames.size(), 0.0);
     for (qsizetype k = 0; k < frames.size(); ++k) {
         Frame &f = m_frames[size_t(k)];
         const TiffData *t = frames.at(k);
@@ -129,13 +132,56 @@ void BoxRowSums::moveFrame(Frame &f, qint64 fy)
     runningSums(col, f.col.size(), f.run.data());
 }
 
+void BoxRowSums::frameRow(const Frame &f, double *row) const
+{
+    const qint64 centres = qint64(m_xLast) - m_xFirst + 1;
+    if (f.direct) {
+        for (qint64 c = 0; c < centres; ++c)
+            row[c] = f.frame->boxSum(m_xFirst + int(c), m_y, m_hw, m_vw);
+        return;
+    }
+    if (f.r0 > f.r1 || f.c0 > f.c1) {
+        std::fill(row, row + centres, 0.0);
+        return;
+    }
+    // Centres whose boxes lie within the kept columns take the plain
+    // difference; those near the ends are clipped to them.
+    const qint64 off = qint64(m_xFirst) - f.shiftX - m_h - f.c0; // run index of centre 0's left end
+    const qint64 inFrom = std::clamp<qint64>(-off, 0, centres);
+    const qint64 inTo = std::clamp<qint64>(f.c1 - f.c0 + 1 - 2 * m_h - off, inFrom, centres);
+    const qint64 *run = f.run.data();
+    for (qint64 c = 0; c < inFrom; ++c)
+        row[c] = frameSum(f, m_xFirst + int(c));
+    const qint64 *left = run + off;
+    const qint64 *right = run + off + 2 * m_h + 1;
+    for (qint64 c = inFrom; c < inTo; ++c)
+        row[c] = double(right[c] - left[c]);
+    for (qint64 c = inTo; c < centres; ++c)
+        row[c] = frameSum(f, m_xFirst + int(c));
+}
+
 void BoxRowSums::moveTo(int y)
 {
     m_y = y;
-    for (Frame &f : m_frames) {
-        if (f.direct || f.col.empty())
-            continue;
-        moveFrame(f, qint64(y) - f.frame->shiftY);
+    const size_t n = m_frames.size();
+    const size_t centres = size_t(m_xLast - m_xFirst + 1);
+    // A few frames at a time: each frame's row of sums is taken along the
+    // row, then the block is laid centre by centre while it is at hand.
+    constexpr size_t Block = 8;
+    m_rows.resize(Block * centres);
+    for (size_t k0 = 0; k0 < n; k0 += Block) {
+        const size_t k1 = std::min(n, k0 + Block);
+        for (size_t k = k0; k < k1; ++k) {
+            Frame &f = m_frames[k];
+            if (!f.direct && !f.col.empty())
+                moveFrame(f, qint64(y) - f.frame->shiftY);
+            frameRow(f, m_rows.data() + (k - k0) * centres);
+        }
+        const size_t b = k1 - k0;
+        double *out = m_box.data() + k0;
+        for (size_t c = 0; c < centres; ++c, out += n)
+            for (size_t j = 0; j < b; ++j)
+                out[j] = m_rows[j * centres + c];
     }
 }
 
@@ -150,18 +196,4 @@ double BoxRowSums::frameSum(const Frame &f, int x) const
     if (f.r0 > f.r1 || f.c0 > f.c1 || lo > hi)
         return 0.0;
     return double(f.run.data()[hi - f.c0 + 1] - f.run.data()[lo - f.c0]);
-}
-
-void BoxRowSums::sums(int x, double *out) const
-{
-    // Once per point of a map: the per-frame sum inlined, no call per frame.
-    const size_t n = m_frames.size();
-    const Frame *frames = m_frames.data();
-    for (size_t k = 0; k < n; ++k)
-        out[k] = frameSum(frames[k], x);
-}
-
-double BoxRowSums::sum(int k, int x) const
-{
-    return frameSum(m_frames[size_t(k)], x);
 }
