@@ -65,9 +65,32 @@ void Spectrum::addPoint(double x, double y)
 void Spectrum::scanRange()
 {
     resetRange();
+    // Extremes in locals: the members could alias the points, and storing
+    // them on every point cost as much as the rest of a map point's
+    // absorption.
+    double x0 = xMin, x1 = xMax, y0 = yMin, y1 = yMax;
+    int i0 = iYMin, i1 = iYMax;
     const QPointF *p = points.constData();
-    for (int i = 0, n = int(points.size()); i < n; ++i)
-        extendRange(p[i].x(), p[i].y(), i);
+    for (int i = 0, n = int(points.size()); i < n; ++i) {
+        const double x = p[i].x();
+        const double y = p[i].y();
+        x0 = x < x0 ? x : x0;
+        x1 = x > x1 ? x : x1;
+        if (y < y0) {
+            y0 = y;
+            i0 = i;
+        }
+        if (y > y1) {
+            y1 = y;
+            i1 = i;
+        }
+    }
+    xMin = x0;
+    xMax = x1;
+    yMin = y0;
+    yMax = y1;
+    iYMin = i0;
+    iYMax = i1;
 }
 
 int Spectrum::segmentFor(double x, int n) const
@@ -137,21 +160,12 @@ bool Spectrum::xRising() const
     return true;
 }
 
-double Spectrum::smoothYAtPoint(int i) const
+double Spectrum::smoothYAtLastPoint(int i) const
 {
-    // The search would find segment i, but the first and last points sit
-    // on the end segments.
     const int n = points.size();
     if (n == 1)
         return smoothY[0];
     const QPointF *p = points.constData();
-    if (i < n - 1) {
-        // x = x0: the line's (x - x0) * (y1 - y0) is +0, -0 or NaN, and
-        // dividing it by the rising step x1 - x0 > 0 leaves it as it is, so
-        // the division is skipped without changing a bit.
-        const double x = p[i].x();
-        return smoothY[i] + (x - x) * (smoothY[i + 1] - smoothY[i]);
-    }
     return lineThrough(p[n - 2].x(), smoothY[n - 2], p[n - 1].x(), smoothY[n - 1], p[i].x());
 }
 
@@ -166,21 +180,23 @@ void Spectrum::smooth(int halfWidth)
     // sharing at every read, and this runs once per spectrum of a map.
     const QPointF *p = points.constData();
     double *out = smoothY.data();
+    // The analyses' width away from the ends, spelled out: the same
+    // additions in the same order, without the loop around them.
+    const bool five = w == 2 && n >= 5;
     for (int i = 0; i < n; ++i) {
+        if (five && i == 2) {
+            for (; i < n - 2; ++i) {
+                double sum = 0.0;
+                sum += p[i - 2].y();
+                sum += p[i - 1].y();
+                sum += p[i].y();
+                sum += p[i + 1].y();
+                sum += p[i + 2].y();
+                out[i] = sum / 5;
+            }
+        }
         const int from = qMax(i - w, 0);
         const int to = qMin(i + w, n - 1);
-        if (w == 2 && to - from == 4) {
-            // The analyses' width, spelled out: the same additions in the
-            // same order, without the loop around them.
-            double sum = 0.0;
-            sum += p[i - 2].y();
-            sum += p[i - 1].y();
-            sum += p[i].y();
-            sum += p[i + 1].y();
-            sum += p[i + 2].y();
-            out[i] = sum / 5;
-            continue;
-        }
         double sum = 0.0;
         for (int j = from; j <= to; ++j)
             sum += p[j].y();

@@ -47,7 +47,19 @@ public:
     bool xRising() const;
     // interpolateSmoothY(points[i].x()) to the bit, without the search, for
     // a curve whose x rise and that has been smoothed since its last point.
-    double smoothYAtPoint(int i) const;
+    // Inline: an edge search reads every point.
+    double smoothYAtPoint(int i) const
+    {
+        if (i < int(points.size()) - 1) {
+            // x = x0: the line's (x - x0) * (y1 - y0) is +0, -0 or NaN, and
+            // dividing it by the rising step x1 - x0 > 0 leaves it as it is,
+            // so the division is skipped without changing a bit.
+            const double x = points.constData()[i].x();
+            const double *sy = smoothY.constData();
+            return sy[i] + (x - x) * (sy[i + 1] - sy[i]);
+        }
+        return smoothYAtLastPoint(i);
+    }
 
     // Moving average over i - halfWidth .. i + halfWidth, clipped at the ends
     // of the list and divided by the true count there.
@@ -76,6 +88,8 @@ public:
     quint64 tag = 0;
 
 private:
+    // smoothYAtPoint of the last point, or of the only one.
+    double smoothYAtLastPoint(int i) const;
     // Takes point (x, y) at index into the extremes.
     void extendRange(double x, double y, int index);
 

@@ -9,7 +9,7 @@
 
 VictLine::VictLine() = default;
 
-bool VictLine::fit(const Spectrum &s, double e1_, double e2_, int lineType)
+bool VictLine::fit(const Spectrum &s, double e1_, double e2_, int lineType, bool rising)
 {
     e1 = e1_;
     e2 = e2_;
@@ -19,28 +19,64 @@ bool VictLine::fit(const Spectrum &s, double e1_, double e2_, int lineType)
             fitOk = false;
             return false;
         }
-        fitOk = fitVictoreen(s);
+        fitOk = fitVictoreen(s, fitSpan(s, rising));
     } else {
         if (s.size() < 3) {
             fitOk = false;
             return false;
         }
-        fitOk = fitStraight(s);
+        fitOk = fitStraight(s, fitSpan(s, rising));
     }
-    measureResidual(s);
+    measureResidual(s, rising);
     return fitOk;
 }
 
 // Both fits take the points from the start of the list up to, not including,
-// the first one at or above e2, and of those the ones at or above e1.
-bool VictLine::fitVictoreen(const Spectrum &s)
+// the first one at or above e2, and of those the ones at or above e1. On
+// rising energies (the shift moves them all alike, so they never fall) the
+// ones at or above e1 are the tail of that run.
+namespace {
+
+// The first index in from..to-1 whose energy less shift is at or above
+// bound, else to; for energies that never fall, where that test holds on a
+// tail.
+int firstAtOrAbove(const QPointF *p, int from, int to, double shift, double bound)
+{
+    while (from < to) {
+        const int mid = from + (to - from) / 2;
+        if (p[mid].x() - shift >= bound)
+            to = mid;
+        else
+            from = mid + 1;
+    }
+    return from;
+}
+
+} // namespace
+
+VictLine::Span VictLine::fitSpan(const Spectrum &s, bool rising) const
+{
+    const double shift = s.activeShift();
+    const QPointF *p = s.points.constData();
+    const int n = int(s.points.size());
+    if (rising) {
+        const int to = firstAtOrAbove(p, 0, n, shift, e2);
+        return {firstAtOrAbove(p, 0, to, shift, e1), to};
+    }
+    int to = 0;
+    while (to < n && !(p[to].x() - shift >= e2))
+        ++to;
+    return {0, to};
+}
+
+bool VictLine::fitVictoreen(const Spectrum &s, Span span)
 {
     double n = 0, s3 = 0, s4 = 0, s6 = 0, s7 = 0, s8 = 0, sy = 0, sy3 = 0, sy4 = 0;
     const double shift = s.activeShift();
-    for (const QPointF &p : s.points) {
+    const QPointF *pts = s.points.constData();
+    for (int i = span.from; i < span.to; ++i) {
+        const QPointF &p = pts[i];
         const double e = p.x() - shift;
-        if (e >= e2)
-            break;
         if (!(e >= e1))
             continue;
         const double l = kHcEVAngstrom / e;
@@ -69,14 +105,14 @@ bool VictLine::fitVictoreen(const Spectrum &s)
     return ok;
 }
 
-bool VictLine::fitStraight(const Spectrum &s)
+bool VictLine::fitStraight(const Spectrum &s, Span span)
 {
     double n = 0, sx = 0, sxx = 0, sy = 0, sxy = 0;
     const double shift = s.activeShift();
-    for (const QPointF &p : s.points) {
+    const QPointF *pts = s.points.constData();
+    for (int i = span.from; i < span.to; ++i) {
+        const QPointF &p = pts[i];
         const double e = p.x() - shift;
-        if (e >= e2)
-            break;
         if (!(e >= e1))
             continue;
         n += 1;
@@ -102,48 +138,61 @@ bool VictLine::fitStraight(const Spectrum &s)
     return ok;
 }
 
-void VictLine::measureResidual(const Spectrum &s)
+void VictLine::measureResidual(const Spectrum &s, bool rising)
 {
     // The range is closed at e2 for a Victoreen line and open for a straight
     // one. The difference is intended: noise figures that callers compare
     // against have always been measured this way.
     const bool closedTop = type == 0;
     const double shift = s.activeShift();
+    const QPointF *p = s.points.constData();
+    const int n = int(s.points.size());
+    const auto inRange = [&](double e) { return e >= e1 && (closedTop ? e <= e2 : e < e2); };
+    int from = 0;
+    int to = n;
+    if (rising) {
+        // One run of the list: from its first point in range to the first
+        // one past it.
+        from = firstAtOrAbove(p, 0, n, shift, e1);
+        to = from;
+        if (!closedTop)
+            to = firstAtOrAbove(p, from, n, shift, e2);
+        while (to < n && inRange(p[to].x() - shift))
+            ++to;
+    }
     double sum = 0.0;
     nFit = 0;
-    for (const QPointF &p : s.points) {
-        const double e = p.x() - shift;
-        const bool inRange = e >= e1 && (closedTop ? e <= e2 : e < e2);
-        if (!inRange)
-            continue;
-        const double d = p.y() - lineValueAt(e);
-        sum += d * d;
-        ++nFit;
+    if (rising && type != 0) {
+        // Every point of the run is in range; the straight line spelled out.
+        for (int i = from; i < to; ++i) {
+            const double d = p[i].y() - (slope * (p[i].x() - shift) + intercept);
+            sum += d * d;
+        }
+        nFit = to - from;
+    } else {
+        for (int i = from; i < to; ++i) {
+            const double e = p[i].x() - shift;
+            if (!inRange(e))
+                continue;
+            const double d = p[i].y() - lineValueAt(e);
+            sum += d * d;
+            ++nFit;
+        }
     }
     rms = nFit > 0 ? std::sqrt(sum / nFit) : 1.0;
 }
 
-double VictLine::lineValueAt(double x) const
+double VictLine::victoreenAt(double x) const
 {
-    if (type != 0)
-        return slope * x + intercept;
     const double l = kHcEVAngstrom / x;
     return (l * c4 + c3) * l * l * l + intercept;
 }
 
-double VictLine::valueAt(double x) const
+double VictLine::otherCorrectedValueAt(double x) const
 {
-    const bool beyond = correctedAbove ? x > e2 : x < e1;
-    if (!correctedOn || !beyond)
-        return lineValueAt(x);
-    switch (correctedForm) {
-    case 2:
-        return p0 * x + p1 + rb / (x + ra);
-    case 1:
+    if (correctedForm == 1)
         return interpolateY(x);
-    default:
-        return ((p0 * x + p1) * x + p2) * x + p3;
-    }
+    return ((p0 * x + p1) * x + p2) * x + p3;
 }
 
 void VictLine::genCorrected(const VictLine &other)

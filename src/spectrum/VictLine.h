@@ -27,12 +27,29 @@ public:
     // stores in fitOk whether the fit succeeded. Too few points in s (fewer
     // than 4 for Victoreen, 3 for a line) return false at once and leave
     // every coefficient, rms and nFit as they were.
-    bool fit(const Spectrum &s, double e1, double e2, int lineType);
+    // With rising, the caller vouches that the energies of s strictly rise:
+    // the points in range are then one run of the list, found by bisection,
+    // and summed in the same order as the scan would.
+    bool fit(const Spectrum &s, double e1, double e2, int lineType, bool rising = false);
 
-    // The corrected form where it is in force, else the plain line.
-    double valueAt(double x) const;
+    // The corrected form where it is in force, else the plain line. Inline:
+    // a map point reads the lines a few hundred times.
+    double valueAt(double x) const
+    {
+        const bool beyond = correctedAbove ? x > e2 : x < e1;
+        if (!correctedOn || !beyond)
+            return lineValueAt(x);
+        if (correctedForm == 2)
+            return p0 * x + p1 + rb / (x + ra);
+        return otherCorrectedValueAt(x);
+    }
     // The plain fitted line, never corrected.
-    double lineValueAt(double x) const;
+    double lineValueAt(double x) const
+    {
+        if (type != 0)
+            return slope * x + intercept;
+        return victoreenAt(x);
+    }
 
     // Pre-edge side: called on the pre line with the post line as other.
     void genCorrected(const VictLine &other);
@@ -63,9 +80,20 @@ public:
     double rb = 0.0;
 
 private:
-    bool fitVictoreen(const Spectrum &s);
-    bool fitStraight(const Spectrum &s);
-    void measureResidual(const Spectrum &s);
+    // The points of s that the fits read: indices from..to-1, of which those
+    // at or above e1.
+    struct Span
+    {
+        int from = 0;
+        int to = 0;
+    };
+    Span fitSpan(const Spectrum &s, bool rising) const;
+    bool fitVictoreen(const Spectrum &s, Span span);
+    bool fitStraight(const Spectrum &s, Span span);
+    void measureResidual(const Spectrum &s, bool rising);
+    double victoreenAt(double x) const;
+    // The cubic and Bezier forms.
+    double otherCorrectedValueAt(double x) const;
 
     void genRationalPre(const VictLine &other);
     void genRationalPost(const VictLine &other);

@@ -278,9 +278,10 @@ void XafsSpectrum::analyze(int lt, Curves curves)
         }
     }
 
-    fitLines(energyAt(best), lt);
+    const bool rising = xRising();
+    fitLines(energyAt(best), lt, rising);
     midRatio = 0.5;
-    midx = findMidx(0.5);
+    midx = findMidx(0.5, rising);
     dMut = post.valueAt(midx) - pre.valueAt(midx);
     fillNormalised(curves);
 
@@ -351,11 +352,16 @@ void XafsSpectrum::fillNormalised(Curves which)
 
 bool XafsSpectrum::fitLines(double x, int lt)
 {
+    return fitLines(x, lt, xRising());
+}
+
+bool XafsSpectrum::fitLines(double x, int lt, bool rising)
+{
     const int n = points.size();
     const double first = n > 0 ? energyAt(0) : 0.0;
     const double last = n > 0 ? energyAt(n - 1) : 0.0;
-    const bool okPre = pre.fit(*this, first, preEndRel + x, lt);
-    const bool okPost = post.fit(*this, postStartRel + x, last, lt);
+    const bool okPre = pre.fit(*this, first, preEndRel + x, lt, rising);
+    const bool okPost = post.fit(*this, postStartRel + x, last, lt, rising);
     // When a spectrum is analysed again, the corrected forms of the previous
     // analysis are still on here and take part in the gap; that is how
     // re-analysis has always behaved.
@@ -374,12 +380,17 @@ bool XafsSpectrum::fitLines(double x, int lt)
 
 double XafsSpectrum::findMidx(double ratio) const
 {
+    return findMidx(ratio, xRising());
+}
+
+double XafsSpectrum::findMidx(double ratio, bool rising) const
+{
     const int n = points.size();
     const double shift = activeShift();
     auto smoothAt = [this, shift](double e) { return interpolateSmoothY(e + shift); };
     // Without a shift, point i's own energy reads its own segment: on a
     // strictly rising grid that needs no search.
-    const bool ownSegment = shift == 0.0 && smoothY.size() >= n && xRising();
+    const bool ownSegment = shift == 0.0 && smoothY.size() >= n && rising;
     auto smoothAtPoint = [&](int i) { return ownSegment ? smoothYAtPoint(i) : smoothAt(energyAt(i)); };
 
     // The point where the smoothed curve passes the level between the lines
@@ -389,8 +400,13 @@ double XafsSpectrum::findMidx(double ratio) const
     if (n >= 3) {
         double sPrev = smoothAtPoint(0);
         double sHere = smoothAtPoint(1);
+        const QPointF *p = points.constData();
+        const double *sy = smoothY.constData();
         for (int i = 1; i <= n - 2; ++i) {
-            const double sNext = smoothAtPoint(i + 1);
+            // smoothYAtPoint spelled out for the points before the last.
+            const double x = p[i + 1].x();
+            const double sNext = ownSegment && i + 1 < n - 1 ? sy[i + 1] + (x - x) * (sy[i + 2] - sy[i + 1])
+                                                             : smoothAtPoint(i + 1);
             // The level between the lines is the costly part, and it can
             // only matter to a rise above the best so far.
             const double r = sNext - sPrev;

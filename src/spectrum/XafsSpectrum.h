@@ -105,6 +105,10 @@ public:
     double midRatio = 0;
 
 private:
+    // fitLines and findMidx told whether the energies strictly rise
+    // (xRising()), which analyze() finds out once for both.
+    bool fitLines(double x, int lineType, bool rising);
+    double findMidx(double ratio, bool rising) const;
     void deriveRelRanges();
     // innerProduct with the standard read by walking along it (walk) or by
     // a search per point; the walk when walksStandard() allows it.
