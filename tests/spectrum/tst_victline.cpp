@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <cstring>
 
 using Points = QVector<QPointF>;
 using Values = QVector<double>;
@@ -49,6 +50,23 @@ VictLine lineWith(const Values &d, int form = 2)
 bool near(double a, double b, double tol)
 {
     return std::fabs(a - b) <= tol;
+}
+
+// Bit for bit, NaN included.
+bool sameFit(const VictLine &a, const VictLine &b)
+{
+    const double x[] = {a.slope, a.intercept, a.c3, a.c4, a.rms};
+    const double y[] = {b.slope, b.intercept, b.c3, b.c4, b.rms};
+    return std::memcmp(x, y, sizeof x) == 0 && a.nFit == b.nFit && a.fitOk == b.fitOk;
+}
+
+// The fit told that the energies rise (the bisected run) against the scan.
+bool risingAgrees(const Spectrum &s, double e1, double e2, int lineType)
+{
+    VictLine scanned, walked;
+    scanned.fit(s, e1, e2, lineType);
+    walked.fit(s, e1, e2, lineType, true);
+    return sameFit(scanned, walked);
 }
 
 } // namespace
@@ -99,6 +117,9 @@ void TestVictLine::lineFit_data()
     // Raw x 10..19 read as energies 0..9.
     QTest::newRow("shifted energies") << straight(2, -19, 10, 19) << 10.0 << 0.0 << 5.0 << true
                                       << 2.0 << 1.0 << 5 << 0.0;
+    QTest::newRow("range past both ends") << line << 0.0 << -5.0 << 100.0 << true << 2.0 << 1.0 << 10 << 0.0;
+    QTest::newRow("range between points, shifted")
+        << straight(2, -19, 10, 19) << 10.0 << 2.5 << 7.5 << true << 2.0 << 1.0 << 5 << 0.0;
 }
 
 void TestVictLine::lineFit()
@@ -120,6 +141,8 @@ void TestVictLine::lineFit()
     QVERIFY(near(v.slope, slope, 1e-12) && near(v.intercept, intercept, 1e-12));
     QVERIFY(near(v.rms, rms, 1e-12));
     QVERIFY(near(v.valueAt(100), slope * 100 + intercept, 1e-9));
+    if (s.xRising())
+        QVERIFY(risingAgrees(s, e1, e2, 1));
 }
 
 void TestVictLine::victoreenFit_data()
@@ -150,6 +173,8 @@ void TestVictLine::victoreenFit()
     QCOMPARE(v.slope, 42.0);
     QCOMPARE(v.nFit, 21);
     QVERIFY(near(v.rms, offsetAtE2 / std::sqrt(21.0), 1e-6));
+    QVERIFY(risingAgrees(s, 0, 12000, 0));
+    QVERIFY(risingAgrees(s, 2000, 11500, 0));
     // Never corrected, not even past its range.
     v.genCorrected(lineWith({-1, 0, 0, 1}));
     QVERIFY(!v.correctedOn);
