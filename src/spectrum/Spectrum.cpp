@@ -1,17 +1,5 @@
 #include "spectrum/Spectrum.h"
 
-namespace {
-
-double lineThrough(double x0, double y0, double x1, double y1, double x)
-{
-    // Coincident energies have no slope: their mean stands for both.
-    if (x1 == x0)
-        return (y0 + y1) / 2;
-    return y0 + (x - x0) * (y1 - y0) / (x1 - x0);
-}
-
-} // namespace
-
 Spectrum::Spectrum()
 {
     reset();
@@ -120,21 +108,6 @@ double Spectrum::interpolateY(double x) const
         return points[0].y();
     const int i = segmentFor(x, n);
     return lineThrough(points[i].x(), points[i].y(), points[i + 1].x(), points[i + 1].y(), x);
-}
-
-double Spectrum::interpolateYOnward(double x, int &segment) const
-{
-    const int n = points.size();
-    if (n < 2)
-        return interpolateY(x);
-    // The search's segment on a rising curve: 0 at or below the first x,
-    // n - 2 at or above the last, else the i with x_i <= x < x_{i+1}.
-    const QPointF *p = points.constData();
-    int i = qBound(0, segment, n - 2);
-    while (i < n - 2 && p[i + 1].x() <= x)
-        ++i;
-    segment = i;
-    return lineThrough(p[i].x(), p[i].y(), p[i + 1].x(), p[i + 1].y(), x);
 }
 
 double Spectrum::interpolateSmoothY(double x) const

@@ -38,8 +38,22 @@ public:
     // interpolateY(x) to the bit for a run of x that never fall, on a curve
     // whose x rise (xRising()): segment carries the place found from one
     // call to the next (0 before the first), so the run costs one walk
-    // along the curve instead of a search per x. x must not be NaN.
-    double interpolateYOnward(double x, int &segment) const;
+    // along the curve instead of a search per x. x must not be NaN. Inline:
+    // the calibration reads the standard this way for every candidate shift.
+    double interpolateYOnward(double x, int &segment) const
+    {
+        const int n = int(points.size());
+        if (n < 2)
+            return interpolateY(x);
+        // The search's segment on a rising curve: 0 at or below the first
+        // x, n - 2 at or above the last, else the i with x_i <= x < x_{i+1}.
+        const QPointF *p = points.constData();
+        int i = qBound(0, segment, n - 2);
+        while (i < n - 2 && p[i + 1].x() <= x)
+            ++i;
+        segment = i;
+        return lineThrough(p[i].x(), p[i].y(), p[i + 1].x(), p[i + 1].y(), x);
+    }
     // The same over smoothY at the same x. Only the points that have a
     // smoothed value take part; none gives 0.
     double interpolateSmoothY(double x) const;
@@ -88,6 +102,13 @@ public:
     quint64 tag = 0;
 
 private:
+    static double lineThrough(double x0, double y0, double x1, double y1, double x)
+    {
+        // Coincident energies have no slope: their mean stands for both.
+        if (x1 == x0)
+            return (y0 + y1) / 2;
+        return y0 + (x - x0) * (y1 - y0) / (x1 - x0);
+    }
     // smoothYAtPoint of the last point, or of the only one.
     double smoothYAtLastPoint(int i) const;
     // Takes point (x, y) at index into the extremes.
