@@ -27,20 +27,50 @@ void Spectrum::resetRange()
     iYMax = 1879048193;
 }
 
+namespace {
+
+// The extremes and their indices, in locals: the members could alias the
+// points, and storing them on every point of a bulk scan cost as much as the
+// rest of a map point's absorption.
+struct Extremes
+{
+    double xMin, xMax, yMin, yMax;
+    int iYMin, iYMax;
+    explicit Extremes(const Spectrum &s)
+        : xMin(s.xMin), xMax(s.xMax), yMin(s.yMin), yMax(s.yMax), iYMin(s.iYMin), iYMax(s.iYMax)
+    {
+    }
+    void storeIn(Spectrum &s) const
+    {
+        s.xMin = xMin;
+        s.xMax = xMax;
+        s.yMin = yMin;
+        s.yMax = yMax;
+        s.iYMin = iYMin;
+        s.iYMax = iYMax;
+    }
+    void take(double x, double y, int index)
+    {
+        xMin = x < xMin ? x : xMin;
+        xMax = x > xMax ? x : xMax;
+        if (y < yMin) {
+            yMin = y;
+            iYMin = index;
+        }
+        if (y > yMax) {
+            yMax = y;
+            iYMax = index;
+        }
+    }
+};
+
+} // namespace
+
 void Spectrum::extendRange(double x, double y, int index)
 {
-    if (x < xMin)
-        xMin = x;
-    if (x > xMax)
-        xMax = x;
-    if (y < yMin) {
-        yMin = y;
-        iYMin = index;
-    }
-    if (y > yMax) {
-        yMax = y;
-        iYMax = index;
-    }
+    Extremes e(*this);
+    e.take(x, y, index);
+    e.storeIn(*this);
 }
 
 void Spectrum::addPoint(double x, double y)
@@ -53,32 +83,11 @@ void Spectrum::addPoint(double x, double y)
 void Spectrum::scanRange()
 {
     resetRange();
-    // Extremes in locals: the members could alias the points, and storing
-    // them on every point cost as much as the rest of a map point's
-    // absorption.
-    double x0 = xMin, x1 = xMax, y0 = yMin, y1 = yMax;
-    int i0 = iYMin, i1 = iYMax;
+    Extremes e(*this);
     const QPointF *p = points.constData();
-    for (int i = 0, n = int(points.size()); i < n; ++i) {
-        const double x = p[i].x();
-        const double y = p[i].y();
-        x0 = x < x0 ? x : x0;
-        x1 = x > x1 ? x : x1;
-        if (y < y0) {
-            y0 = y;
-            i0 = i;
-        }
-        if (y > y1) {
-            y1 = y;
-            i1 = i;
-        }
-    }
-    xMin = x0;
-    xMax = x1;
-    yMin = y0;
-    yMax = y1;
-    iYMin = i0;
-    iYMax = i1;
+    for (int i = 0, n = int(points.size()); i < n; ++i)
+        e.take(p[i].x(), p[i].y(), i);
+    e.storeIn(*this);
 }
 
 int Spectrum::segmentFor(double x, int n) const
