@@ -31,10 +31,6 @@ bool VictLine::fit(const Spectrum &s, double e1_, double e2_, int lineType, bool
     return fitOk;
 }
 
-// Both fits take the points from the start of the list up to, not including,
-// the first one at or above e2, and of those the ones at or above e1. On
-// rising energies (the shift moves them all alike, so they never fall) the
-// ones at or above e1 are the tail of that run.
 namespace {
 
 // The first index in from..to-1 whose energy less shift is at or above
@@ -54,6 +50,10 @@ int firstAtOrAbove(const QPointF *p, int from, int to, double shift, double boun
 
 } // namespace
 
+// Both fits take the points from the start of the list up to, not including,
+// the first one at or above e2, and of those the ones at or above e1. On
+// rising energies (the shift moves them all alike, so they never fall) the
+// ones at or above e1 are the tail of that run.
 VictLine::Span VictLine::fitSpan(const Spectrum &s, bool rising) const
 {
     const double shift = s.activeShift();

@@ -400,13 +400,8 @@ double XafsSpectrum::findMidx(double ratio, bool rising) const
     if (n >= 3) {
         double sPrev = smoothAtPoint(0);
         double sHere = smoothAtPoint(1);
-        const QPointF *p = points.constData();
-        const double *sy = smoothY.constData();
         for (int i = 1; i <= n - 2; ++i) {
-            // smoothYAtPoint spelled out for the points before the last.
-            const double x = p[i + 1].x();
-            const double sNext = ownSegment && i + 1 < n - 1 ? sy[i + 1] + (x - x) * (sy[i + 2] - sy[i + 1])
-                                                             : smoothAtPoint(i + 1);
+            const double sNext = smoothAtPoint(i + 1);
             // The level between the lines is the costly part, and it can
             // only matter to a rise above the best so far.
             const double r = sNext - sPrev;
