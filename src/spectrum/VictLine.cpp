@@ -2,9 +2,11 @@
 
 #include "spectrum/LinAlg.h"
 #include "spectrum/PhysConst.h"
+#include "spectrum/VectorClones.h"
 
 #include <QDebug>
 
+#include <algorithm>
 #include <cmath>
 
 VictLine::VictLine() = default;
@@ -186,6 +188,39 @@ double VictLine::victoreenAt(double x) const
 {
     const double l = kHcEVAngstrom / x;
     return (l * c4 + c3) * l * l * l + intercept;
+}
+
+TESSARELLE_VECTOR_CLONES
+void VictLine::valuesAt(const double *x, int n, double *v) const
+{
+    if (correctedOn && correctedForm != 2) {
+        for (int i = 0; i < n; ++i)
+            v[i] = valueAt(x[i]);
+        return;
+    }
+    // The corrected part is a tail of the run above e2 or a head below e1.
+    int plainFrom = 0;
+    int plainTo = n;
+    if (correctedOn) {
+        // Bisection: the test holds on a head of the rising run.
+        const double *split = correctedAbove ? std::partition_point(x, x + n, [this](double e) { return !(e > e2); })
+                                             : std::partition_point(x, x + n, [this](double e) { return e < e1; });
+        const int k = int(split - x);
+        (correctedAbove ? plainTo : plainFrom) = k;
+        const int from = correctedAbove ? plainTo : 0;
+        const int to = correctedAbove ? n : plainFrom;
+        for (int i = from; i < to; ++i)
+            v[i] = p0 * x[i] + p1 + rb / (x[i] + ra);
+    }
+    if (type != 0) {
+        for (int i = plainFrom; i < plainTo; ++i)
+            v[i] = slope * x[i] + intercept;
+    } else {
+        for (int i = plainFrom; i < plainTo; ++i) {
+            const double l = kHcEVAngstrom / x[i];
+            v[i] = (l * c4 + c3) * l * l * l + intercept;
+        }
+    }
 }
 
 double VictLine::otherCorrectedValueAt(double x) const

@@ -43,6 +43,11 @@ public:
             return p0 * x + p1 + rb / (x + ra);
         return otherCorrectedValueAt(x);
     }
+    // valueAt(x[i]) into v[i] for n energies that strictly rise: the same
+    // numbers, each part of the run on one side of where the corrected form
+    // takes over worked out by one formula in a loop the compiler can run
+    // several energies at a time.
+    void valuesAt(const double *x, int n, double *v) const;
     // The plain fitted line, never corrected.
     double lineValueAt(double x) const
     {

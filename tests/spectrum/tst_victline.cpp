@@ -69,6 +69,23 @@ bool risingAgrees(const Spectrum &s, double e1, double e2, int lineType)
     return sameFit(scanned, walked);
 }
 
+// valuesAt over energies from..to in steps of 0.5 (the ends of the range
+// among them) against valueAt one by one, bit for bit.
+bool runAgrees(const VictLine &v, double from, double to)
+{
+    Values x, got;
+    for (double e = from; e <= to; e += 0.5)
+        x.append(e);
+    got.resize(x.size());
+    v.valuesAt(x.constData(), int(x.size()), got.data());
+    for (qsizetype i = 0; i < x.size(); ++i) {
+        const double want = v.valueAt(x[i]);
+        if (std::memcmp(&want, &got[i], sizeof want) != 0)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 class TestVictLine : public QObject
@@ -181,6 +198,7 @@ void TestVictLine::victoreenFit()
     v.genCorrectedInPost(lineWith({-1, 0, 0, 1}));
     QVERIFY(!v.correctedOn);
     QVERIFY(near(v.valueAt(20000), victoreen(a, b, c, 20000), 1e-6));
+    QVERIFY(runAgrees(v, 5000, 6000));
     // Too few points: false at once, nothing touched; an empty range is singular.
     VictLine few = v;
     QVERIFY(!few.fit(curveOf({{2000, 1}, {3000, 1}, {4000, 1}}), 0, 5000, 0));
@@ -250,6 +268,7 @@ void TestVictLine::corrected()
     if (form == 1)
         QCOMPARE(v.size(), on ? 100 : 0);
     QVERIFY2(near(v.valueAt(x), expected, 1e-9), qPrintable(QString::number(v.valueAt(x), 'g', 17)));
+    QVERIFY(runAgrees(v, v.e1 - 5, v.e2 + 5));
 }
 
 void TestVictLine::rationalJoinsSmoothly_data()
@@ -284,6 +303,7 @@ void TestVictLine::rationalJoinsSmoothly()
     const VictLine &up = preSlope > postSlope ? post : pre, &down = postSlope > preSlope ? pre : post;
     QVERIFY(near(pre.valueAt(1e7), up.slope * 1e7 + up.intercept, 1e-2));
     QVERIFY(near(post.valueAt(-1e7), down.slope * -1e7 + down.intercept, 1e-2));
+    QVERIFY(runAgrees(pre, 8970, 8990) && runAgrees(post, 8990, 9010));
 }
 
 // Both ends at the same energy: the 4x4 rows repeat and the solve fails.
