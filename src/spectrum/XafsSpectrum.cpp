@@ -1,6 +1,7 @@
 #include "spectrum/XafsSpectrum.h"
 
 #include "spectrum/PhysConst.h"
+#include "spectrum/VectorClones.h"
 
 #include <QByteArray>
 #include <QDebug>
@@ -9,7 +10,9 @@
 #include <QList>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -378,6 +381,44 @@ bool XafsSpectrum::fitLines(double x, int lt, bool rising)
     return okPre && okPost;
 }
 
+namespace {
+
+// The kernels of the edge search on rising energies, each one loop that
+// runs several points at a time.
+
+TESSARELLE_VECTOR_CLONES
+void shiftedEnergies(const QPointF *p, int m, double shift, double *e)
+{
+    for (int j = 0; j < m; ++j)
+        e[j] = p[j].x() - shift;
+}
+
+// Spectrum::smoothYAtPoint(k) for k = k0 .. k0 + c - 1, none the last point.
+TESSARELLE_VECTOR_CLONES
+void smoothAtPoints(const QPointF *p, const double *sy, int k0, int c, double *s)
+{
+    for (int j = 0; j < c; ++j) {
+        const int k = k0 + j;
+        const double x = p[k].x();
+        s[j] = sy[k] + (x - x) * (sy[k + 1] - sy[k]);
+    }
+}
+
+// Whether the level between the lines at ratio lies above the smoothed value
+// before point j and below the one after it (s[j] and s[j + 2]).
+TESSARELLE_VECTOR_CLONES
+void markCrossings(const double *vPre, const double *vPost, const double *s, double ratio, int m,
+                   unsigned char *cross)
+{
+    const double rest = 1 - ratio;
+    for (int j = 0; j < m; ++j) {
+        const double level = vPost[j] * ratio + vPre[j] * rest;
+        cross[j] = (level > s[j]) & (s[j + 2] > level);
+    }
+}
+
+} // namespace
+
 double XafsSpectrum::findMidx(double ratio) const
 {
     return findMidx(ratio, xRising());
@@ -397,7 +438,46 @@ double XafsSpectrum::findMidx(double ratio, bool rising) const
     // with the strongest rise over its two neighbours.
     double bestRise = 0.0;
     int best = 0;
-    if (n >= 3) {
+    if (n >= 3 && ownSegment) {
+        // The same test in another form: for a stretch of points at a time
+        // the level and the crossings of it are worked out in loops that run
+        // several points at once; only a crossing (rare) compares its rise.
+        constexpr int Stretch = 512;
+        double e[Stretch];
+        double vPre[Stretch];
+        double vPost[Stretch];
+        double s[Stretch + 2];
+        unsigned char cross[Stretch];
+        const QPointF *p = points.constData();
+        const double *sy = smoothY.constData();
+        for (int from = 1; from <= n - 2; from += Stretch) {
+            const int m = std::min(Stretch, n - 1 - from);
+            shiftedEnergies(p + from, m, shift, e);
+            pre.valuesAt(e, m, vPre);
+            post.valuesAt(e, m, vPost);
+            // s[j]: the smoothed curve at point from - 1 + j, up to from + m,
+            // which may be the last point.
+            const int inner = from + m < n - 1 ? m + 2 : m + 1;
+            smoothAtPoints(p, sy, from - 1, inner, s);
+            if (inner == m + 1)
+                s[m + 1] = smoothYAtPoint(from + m);
+            markCrossings(vPre, vPost, s, ratio, m, cross);
+            // Eight marks at a time: most are all clear.
+            std::fill(cross + m, cross + std::min(Stretch, (m + 7) / 8 * 8), 0);
+            for (int j0 = 0; j0 < m; j0 += 8) {
+                quint64 any = 0;
+                std::memcpy(&any, cross + j0, sizeof any);
+                if (any == 0)
+                    continue;
+                for (int j = j0; j < std::min(j0 + 8, m); ++j) {
+                    if (cross[j] && s[j + 2] - s[j] > bestRise) {
+                        bestRise = s[j + 2] - s[j];
+                        best = from + j;
+                    }
+                }
+            }
+        }
+    } else if (n >= 3) {
         double sPrev = smoothAtPoint(0);
         double sHere = smoothAtPoint(1);
         for (int i = 1; i <= n - 2; ++i) {
