@@ -6,6 +6,7 @@
 #include "images/FrameLoad.h"
 #include "images/TiffData.h"
 #include "spectrum/Spectrum.h"
+#include "spectrum/VectorClones.h"
 #include "spectrum/XafsSpectrum.h"
 
 #include <QSemaphore>
@@ -264,6 +265,31 @@ void absorptionSpectrum(const AbsorptionInput &in, int x, int y, int hw, int vw,
         out);
 }
 
+namespace {
+
+// mu's quotient a / b and whether b * a > 0 (the logarithm is taken where it
+// is), or in fluorescence mu = b / a itself, for m frames with a = i0At less
+// darkI0 and b = i1Sums less darkI1: muOf's operations in their order, in
+// one loop that runs several frames at once.
+TESSARELLE_VECTOR_CLONES
+void muQuotients(const double *i0At, const double *i1Sums, double darkI1, double darkI0, bool fluo, int m,
+                 double *q, unsigned char *ok)
+{
+    if (fluo) {
+        for (int j = 0; j < m; ++j)
+            q[j] = (i1Sums[j] - darkI1) / (i0At[j] - darkI0);
+        return;
+    }
+    for (int j = 0; j < m; ++j) {
+        const double a = i0At[j] - darkI0;
+        const double b = i1Sums[j] - darkI1;
+        q[j] = a / b;
+        ok[j] = b * a > 0;
+    }
+}
+
+} // namespace
+
 AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
     : in(input)
 {
@@ -306,6 +332,28 @@ AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
     }
 }
 
+void AbsorptionWalk::i0Stretch(qsizetype from, int m, const double *i0Sums, double *i0At) const
+{
+    const qsizetype *pa = pairA.constData() + from;
+    const qsizetype *pb = pairB.constData() + from;
+    const double *de = pairDE.data() + from;
+    const double *dd = pairDD.data() + from;
+    const char *how = pairHow.data() + from;
+    // As TiffData::interpolateSums; at the first I0 frame's own energy
+    // without the division (see PairAtA).
+    for (int j = 0; j < m; ++j) {
+        const double sa = i0Sums[pa[j]];
+        const double sb = i0Sums[pb[j]];
+        const char h = how[j];
+        if (h == PairAverage)
+            i0At[j] = (sa + sb) / 2.0;
+        else if (h == PairAtA)
+            i0At[j] = sa + (sb - sa) * dd[j];
+        else
+            i0At[j] = sa + de[j] * (sb - sa) / dd[j];
+    }
+}
+
 bool AbsorptionWalk::needsI0() const
 {
     return in.useI0 && !totalCurve(in);
@@ -330,26 +378,26 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
         const qsizetype n = i1.size();
         out.points.resize(n);
         QPointF *points = out.points.data();
-        const double *e1 = i1Energy.data();
-        const double *de = pairDE.data();
-        const double *dd = pairDD.data();
-        const char *how = pairHow.data();
-        const qsizetype *pa = pairA.constData();
-        const qsizetype *pb = pairB.constData();
         const bool fluo = in.fluoType;
-        for (qsizetype i = 0; i < n; ++i) {
-            const double sa = i0Sums[pa[i]];
-            const double sb = i0Sums[pb[i]];
-            // As TiffData::interpolateSums; at the first I0 frame's own
-            // energy without the division (see PairAtA).
-            double i0At;
-            if (how[i] == PairAverage)
-                i0At = (sa + sb) / 2.0;
-            else if (how[i] == PairAtA)
-                i0At = sa + (sb - sa) * dd[i];
-            else
-                i0At = sa + de[i] * (sb - sa) / dd[i];
-            points[i] = QPointF(e1[i], Absorption::muOf(i0At - darkI0, i1Sums[i] - darkI1, fluo));
+        // The quotients for a stretch of frames at a time, in one loop that
+        // runs several frames at once; then the logarithms one by one.
+        constexpr qsizetype Stretch = 512;
+        double i0At[Stretch];
+        double q[Stretch];
+        unsigned char ok[Stretch];
+        for (qsizetype from = 0; from < n; from += Stretch) {
+            const int m = int(std::min(Stretch, n - from));
+            i0Stretch(from, m, i0Sums, i0At);
+            muQuotients(i0At, i1Sums + from, darkI1, darkI0, fluo, m, q, ok);
+            const double *e1 = i1Energy.data() + from;
+            QPointF *to = points + from;
+            if (fluo) {
+                for (int j = 0; j < m; ++j)
+                    to[j] = QPointF(e1[j], q[j]);
+            } else {
+                for (int j = 0; j < m; ++j)
+                    to[j] = QPointF(e1[j], ok[j] ? std::log(q[j]) : 1.0);
+            }
         }
         if (extremes)
             out.scanRange();

@@ -93,6 +93,10 @@ struct AbsorptionWalk
     void spectrum(int x, int y, int hw, int vw, const double *i1Sums, const double *i0Sums, double darkSum,
                   Spectrum &out, bool extremes = true) const;
 
+    // The I0 stack at the energies of I1 frames from .. from + m - 1, from
+    // the I0 sums; with two I0 frames or more.
+    void i0Stretch(qsizetype from, int m, const double *i0Sums, double *i0At) const;
+
     AbsorptionInput in;
     QVector<TiffData *> i1Frames;
     QVector<TiffData *> i0Frames;

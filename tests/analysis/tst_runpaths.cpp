@@ -40,20 +40,23 @@ private:
 namespace {
 const int W = 23, H = 17, NF = 48;
 
-// Every other I0 frame at its I1 frame's energy, the others off it.
+// I0 frames at their I1 frames' energies (0), every other one off it (1),
+// or all off (2): each reads the I0 stack another way.
+int i0Off = 1;
+
 double energy(int k, bool i0)
 {
-    return 8940 + 1.5 * k + (i0 && k % 2 ? 0.4 : 0.0);
+    return 8940 + 1.5 * k + (i0 && (i0Off == 2 || (i0Off == 1 && k % 2)) ? 0.4 : 0.0);
 }
 
-// An edge that moves across the image, a white line, noise, and one dead
-// column in the I1 frames.
+// An edge that moves across the image, a white line, noise, and nine dead
+// columns in the I1 frames (a box inside them sums nothing).
 double i1Value(int x, int y, int k)
 {
     const double e0 = 8975 + 0.4 * x - 0.3 * y;
     const double e = energy(k, false);
     const double mu = 0.3 + 0.8 * (0.5 + std::atan((e - e0) / 2) / M_PI) + 0.1 * std::exp(-std::pow((e - e0 - 6) / 3, 2));
-    return x == 5 ? 0 : 30000 * std::exp(-mu) + (x * 7 + y * 3 + k * 5) % 13;
+    return x >= 4 && x <= 12 ? 0 : 30000 * std::exp(-mu) + (x * 7 + y * 3 + k * 5) % 13;
 }
 
 TiffData *frame(int k, int kind) // 0 I1, 1 I0
@@ -110,12 +113,13 @@ void TestRunPaths::samePaths_data()
     QTest::addColumn<int>("half");  // the analysis box: 0 walks every pixel
     QTest::addColumn<int>("view");  // the half width of the summed box
     QTest::addColumn<QString>("what");
-    QTest::newRow("edge, every pixel") << 0 << 3 << "edge";
-    QTest::newRow("edge comparison, tiles") << 1 << 2 << "compare";
-    QTest::newRow("LCF, elements, residual, feature") << 1 << 1 << "lcf";
-    QTest::newRow("MLCF and edge, wide box past the frame") << 2 << 9 << "mlcf";
-    QTest::newRow("calibration by edges, every pixel") << 0 << 2 << "calib0";
-    QTest::newRow("calibration by inner products, tiles") << 1 << 3 << "calib1";
+    QTest::addColumn<int>("off"); // i0Off
+    QTest::newRow("edge, every pixel") << 0 << 3 << "edge" << 1;
+    QTest::newRow("edge comparison, tiles") << 1 << 2 << "compare" << 0;
+    QTest::newRow("LCF, elements, residual, feature") << 1 << 1 << "lcf" << 2;
+    QTest::newRow("MLCF and edge, wide box past the frame") << 2 << 9 << "mlcf" << 1;
+    QTest::newRow("calibration by edges, every pixel") << 0 << 2 << "calib0" << 0;
+    QTest::newRow("calibration by inner products, tiles") << 1 << 3 << "calib1" << 2;
 }
 
 void TestRunPaths::samePaths()
@@ -123,6 +127,8 @@ void TestRunPaths::samePaths()
     QFETCH(int, half);
     QFETCH(int, view);
     QFETCH(QString, what);
+    QFETCH(int, off);
+    i0Off = off;
     QTemporaryDir dir;
     Body b;
     QList<TiffData *> frames;
