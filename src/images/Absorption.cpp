@@ -5,6 +5,7 @@
 #include "images/CrossSection.h"
 #include "images/FrameLoad.h"
 #include "images/TiffData.h"
+#include "spectrum/Logarithms.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/VectorClones.h"
 #include "spectrum/XafsSpectrum.h"
@@ -380,10 +381,11 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
         QPointF *points = out.points.data();
         const bool fluo = in.fluoType;
         // The quotients for a stretch of frames at a time, in one loop that
-        // runs several frames at once; then the logarithms one by one.
+        // runs several frames at once; then their logarithms, a run at once.
         constexpr qsizetype Stretch = 512;
         double i0At[Stretch];
         double q[Stretch];
+        double mu[Stretch];
         unsigned char ok[Stretch];
         for (qsizetype from = 0; from < n; from += Stretch) {
             const int m = int(std::min(Stretch, n - from));
@@ -395,8 +397,9 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
                 for (int j = 0; j < m; ++j)
                     to[j] = QPointF(e1[j], q[j]);
             } else {
+                logarithms(q, mu, m);
                 for (int j = 0; j < m; ++j)
-                    to[j] = QPointF(e1[j], ok[j] ? std::log(q[j]) : 1.0);
+                    to[j] = QPointF(e1[j], ok[j] ? mu[j] : 1.0);
             }
         }
         if (extremes)
