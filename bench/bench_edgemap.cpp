@@ -6,6 +6,9 @@
 // computation with the stacks in memory. The maps are compared point by point.
 //
 //   bench_edgemap [side [frames [tessarelle [numpy_edgemap.py, or - for none]]]]
+//
+// TESSARELLE_BENCH_DIR names a folder to keep the stack in between runs
+// (written when its raw files are missing or of another size).
 #include "BenchProgram.h"
 #include "images/TiffWriter.h"
 
@@ -85,9 +88,14 @@ int main(int argc, char **argv)
         return 1;
     }
     QTemporaryDir tmp(QDir::tempPath() + "/tessarelle-bench-edgemap-XXXXXX");
-    const QString dir = tmp.path();
+    const QString kept = qEnvironmentVariable("TESSARELLE_BENCH_DIR");
+    const QString dir = kept.isEmpty() ? tmp.path() : kept;
+    QDir().mkpath(dir);
+    const qint64 rawSize = qint64(side) * side * frames * 2;
+    const bool written = !kept.isEmpty() && QFileInfo(dir + "/i1.raw").size() == rawSize
+                         && QFileInfo(dir + "/i0.raw").size() == rawSize;
     std::vector<quint16> px(size_t(side) * side);
-    for (int s = 0; s < 2; ++s) {
+    for (int s = 0; s < 2 && !written; ++s) {
         QFile raw(dir + (s == 0 ? "/i1.raw" : "/i0.raw"));
         raw.open(QIODevice::WriteOnly);
         for (int k = 0; k < frames; ++k) {
