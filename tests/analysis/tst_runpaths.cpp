@@ -29,12 +29,15 @@ private slots:
     {
         InitGlobals();
         loadElmEdges();
+        // The feature-value view leaves its pictures in the working folder.
+        QVERIFY(m_cwd.isValid() && QDir::setCurrent(m_cwd.path()));
     }
     void samePaths_data();
     void samePaths();
 
 private:
     void calibrateBothWays(Body &b, const QString &standard, bool innerP);
+    QTemporaryDir m_cwd;
 };
 
 namespace {

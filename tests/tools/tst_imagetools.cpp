@@ -16,6 +16,8 @@ class TestImageTools : public QObject
 {
     Q_OBJECT
 private slots:
+    // The feature-value view leaves its pictures in the working folder.
+    void initTestCase() { QVERIFY(m_cwd.isValid() && QDir::setCurrent(m_cwd.path())); }
     void edges_data();
     void edges();
     void climb_data();
@@ -24,6 +26,9 @@ private slots:
     void histogram();
     void fvMaps_data();
     void fvMaps();
+
+private:
+    QTemporaryDir m_cwd;
 };
 
 namespace {
