@@ -18,8 +18,11 @@ class TiffData;
 // centre, the frames side by side: a point's spectrum then reads one short
 // run of memory instead of two places in every frame's lists.
 //
-// Per frame it holds three 64-bit numbers per column reached: far less than
-// the frame itself. One object serves one thread.
+// Frames of 8- and 16-bit pixels keep their column sums in 32 bits whenever
+// a whole box fits in 31: the running sums may wrap, but a box is the
+// difference of two of them, and that comes out exact in unsigned arithmetic.
+// Per frame it holds one such number per column reached (two 64-bit ones for
+// wider pixels): far less than the frame itself. One object serves one thread.
 class BoxRowSums
 {
 public:
@@ -41,21 +44,30 @@ private:
     struct Frame
     {
         const TiffData *frame = nullptr;
-        qint64 shiftX = 0;       // the frame's, read once
-        bool direct = false;     // float pixels: summed box by box
-        qint64 c0 = 0, c1 = -1;  // frame columns kept, ends included
-        qint64 r0 = 0, r1 = -1;  // frame rows in the column sums
-        std::vector<qint64> col; // per kept column, the sum of rows r0..r1
-        std::vector<qint64> run; // run[i] = col[0] + ... + col[i - 1]
+        qint64 shiftX = 0;           // the frame's, read once
+        bool direct = false;         // float pixels: summed box by box
+        bool narrow = false;         // column sums in col32, else in col64
+        qint64 c0 = 0, c1 = -1;      // frame columns kept, ends included
+        qint64 r0 = 0, r1 = -1;      // frame rows in the column sums
+        std::vector<quint32> col32;  // per kept column, the sum of rows r0..r1
+        std::vector<qint64> col64;
+        qint64 columns() const { return c1 - c0 + 1; }
     };
     void moveFrame(Frame &f, qint64 fy);
-    inline double frameSum(const Frame &f, int x) const;
-    // frameSum of every centre, along the row.
-    void frameRow(const Frame &f, double *row) const;
+    // The box sum centred on x from the running sums of the frame's columns.
+    template <typename S>
+    double frameSum(const Frame &f, const S *run, int x) const;
+    // The frame's box sums of every centre, along the row.
+    void frameRow(const Frame &f, double *row);
+    template <typename S>
+    void boxesAlong(const Frame &f, const S *col, S *run, double *row) const;
 
     std::vector<Frame> m_frames;
     std::vector<double> m_box;  // per centre, the sums of every frame
     std::vector<double> m_rows; // a block of frames' rows, on their way into m_box
+    // The running sums of the frame in hand: run[i] = col[0] + ... + col[i - 1].
+    std::vector<quint32> m_run32;
+    std::vector<qint64> m_run64;
     int m_hw = 0;
     int m_vw = 0;
     qint64 m_h = 0;
