@@ -14,8 +14,12 @@
 #include <QThreadPool>
 
 #include <algorithm>
+#if defined(__GNUC__) && defined(__x86_64__)
+#include <immintrin.h>
+#endif
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <type_traits>
 #include <vector>
 
@@ -289,6 +293,50 @@ void muQuotients(const double *i0At, const double *i1Sums, double darkI1, double
     }
 }
 
+// As TiffData::interpolateSums; at the first I0 frame's own energy without
+// the division (see PairAtA).
+inline double i0Between(double sa, double sb, double de, double dd, char how)
+{
+    if (how == AbsorptionWalk::PairAverage)
+        return (sa + sb) / 2.0;
+    if (how == AbsorptionWalk::PairAtA)
+        return sa + (sb - sa) * dd;
+    return sa + de * (sb - sa) / dd;
+}
+
+#if defined(__GNUC__) && defined(__x86_64__)
+// i0Between four frames at a time: each frame's three forms are worked out
+// and the one its pair calls for kept, every one by the same operations as
+// on its own (AVX2 without fused multiply-adds).
+__attribute__((target("avx2"))) void i0FourAtATime(const qsizetype *pa, const qsizetype *pb, const double *de,
+                                                   const double *dd, const char *how, const double *i0Sums, int m,
+                                                   double *i0At)
+{
+    static_assert(sizeof(qsizetype) == 8, "64-bit frame indices");
+    const __m256d two = _mm256_set1_pd(2.0);
+    const __m256i average = _mm256_set1_epi64x(AbsorptionWalk::PairAverage);
+    const __m256i atA = _mm256_set1_epi64x(AbsorptionWalk::PairAtA);
+    int j = 0;
+    for (; j + 4 <= m; j += 4) {
+        const __m256d sa = _mm256_i64gather_pd(i0Sums, _mm256_loadu_si256(reinterpret_cast<const __m256i *>(pa + j)), 8);
+        const __m256d sb = _mm256_i64gather_pd(i0Sums, _mm256_loadu_si256(reinterpret_cast<const __m256i *>(pb + j)), 8);
+        const __m256d d = _mm256_sub_pd(sb, sa);
+        const __m256d byAverage = _mm256_div_pd(_mm256_add_pd(sa, sb), two);
+        const __m256d byAtA = _mm256_add_pd(sa, _mm256_mul_pd(d, _mm256_loadu_pd(dd + j)));
+        const __m256d general =
+            _mm256_add_pd(sa, _mm256_div_pd(_mm256_mul_pd(_mm256_loadu_pd(de + j), d), _mm256_loadu_pd(dd + j)));
+        int four;
+        std::memcpy(&four, how + j, sizeof four);
+        const __m256i h = _mm256_cvtepi8_epi64(_mm_cvtsi32_si128(four));
+        __m256d v = _mm256_blendv_pd(general, byAtA, _mm256_castsi256_pd(_mm256_cmpeq_epi64(h, atA)));
+        v = _mm256_blendv_pd(v, byAverage, _mm256_castsi256_pd(_mm256_cmpeq_epi64(h, average)));
+        _mm256_storeu_pd(i0At + j, v);
+    }
+    for (; j < m; ++j)
+        i0At[j] = i0Between(i0Sums[pa[j]], i0Sums[pb[j]], de[j], dd[j], how[j]);
+}
+#endif
+
 } // namespace
 
 AbsorptionWalk::AbsorptionWalk(const AbsorptionInput &input)
@@ -340,19 +388,15 @@ void AbsorptionWalk::i0Stretch(qsizetype from, int m, const double *i0Sums, doub
     const double *de = pairDE.data() + from;
     const double *dd = pairDD.data() + from;
     const char *how = pairHow.data() + from;
-    // As TiffData::interpolateSums; at the first I0 frame's own energy
-    // without the division (see PairAtA).
-    for (int j = 0; j < m; ++j) {
-        const double sa = i0Sums[pa[j]];
-        const double sb = i0Sums[pb[j]];
-        const char h = how[j];
-        if (h == PairAverage)
-            i0At[j] = (sa + sb) / 2.0;
-        else if (h == PairAtA)
-            i0At[j] = sa + (sb - sa) * dd[j];
-        else
-            i0At[j] = sa + de[j] * (sb - sa) / dd[j];
+#if defined(__GNUC__) && defined(__x86_64__)
+    static const bool avx2 = __builtin_cpu_supports("avx2");
+    if (avx2) {
+        i0FourAtATime(pa, pb, de, dd, how, i0Sums, m, i0At);
+        return;
     }
+#endif
+    for (int j = 0; j < m; ++j)
+        i0At[j] = i0Between(i0Sums[pa[j]], i0Sums[pb[j]], de[j], dd[j], how[j]);
 }
 
 bool AbsorptionWalk::needsI0() const
