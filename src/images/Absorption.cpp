@@ -407,11 +407,12 @@ bool AbsorptionWalk::needsI0() const
 void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums, const double *i0Sums,
                               double darkSum, Spectrum &out, bool extremes) const
 {
-    out.reset();
     const QVector<TiffData *> &i1 = framesOf(in.i1Frames);
     const QVector<TiffData *> &i0 = framesOf(in.i0Frames);
-    if (i1.isEmpty() || !centreInside(i1, x, y))
+    if (i1.isEmpty() || !centreInside(i1, x, y)) {
+        out.reset();
         return;
+    }
     const bool darkAreas = (in.useI1DarkArea && in.i1DarkList) || (in.useI0DarkArea && in.i0DarkList);
     if (in.useI0 && !totalCurve(in) && i0.size() >= 2 && !darkAreas) {
         // The map's usual case, the formula of fillSpectrum written out with
@@ -421,7 +422,7 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
         double darkI0;
         darkLevels(in, darkSum, darkI1, darkI0);
         const qsizetype n = i1.size();
-        out.points.resize(n);
+        out.resetToFill(n);
         QPointF *points = out.points.data();
         const bool fluo = in.fluoType;
         // The quotients for a stretch of frames at a time, in one loop that
@@ -450,6 +451,7 @@ void AbsorptionWalk::spectrum(int x, int y, int hw, int vw, const double *i1Sums
             out.scanRange();
         return;
     }
+    out.reset();
     fillSpectrum(
         in, hw, vw, darkSum, [&](qsizetype i) { return i1Sums[i]; },
         [&](qsizetype i, double e) {

@@ -7,8 +7,17 @@ Spectrum::Spectrum()
 
 void Spectrum::reset()
 {
-    kind = 1;
     points.clear();
+    resetToFill(0);
+}
+
+void Spectrum::resetToFill(qsizetype n)
+{
+    if (points.size() != n) {
+        points.clear();
+        points.resize(n);
+    }
+    kind = 1;
     smoothY.clear();
     smoothValid = false;
     xShiftOn = false;

@@ -20,6 +20,9 @@ public:
     // Empties the curve and its smoothed copy and restores every field to its
     // reset value, the shift included.
     void reset();
+    // reset() for a curve whose n points the caller writes next: one of the
+    // same length keeps its points as they are rather than zeroing them.
+    void resetToFill(qsizetype n);
     // Restores only the extremes and their indices.
     void resetRange();
 
