@@ -40,9 +40,10 @@ public:
     double interpolateY(double x) const;
     // interpolateY(x) to the bit for a run of x that never fall, on a curve
     // whose x rise (xRising()): segment carries the place found from one
-    // call to the next (0 before the first), so the run costs one walk
-    // along the curve instead of a search per x. x must not be NaN. Inline:
-    // the calibration reads the standard this way for every candidate shift.
+    // call to the next (-1 before the first, which then bisects; 0 walks
+    // from the start), so the run costs one walk along the curve instead of
+    // a search per x. x must not be NaN. Inline: the calibration reads the
+    // standard this way for every candidate shift.
     double interpolateYOnward(double x, int &segment) const
     {
         const int n = int(points.size());
@@ -51,7 +52,7 @@ public:
         // The search's segment on a rising curve: 0 at or below the first
         // x, n - 2 at or above the last, else the i with x_i <= x < x_{i+1}.
         const QPointF *p = points.constData();
-        int i = qBound(0, segment, n - 2);
+        int i = segment < 0 ? segmentFor(x, n) : qMin(segment, n - 2);
         while (i < n - 2 && p[i + 1].x() <= x)
             ++i;
         segment = i;

@@ -535,7 +535,9 @@ double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard, bool 
     const int nNorm = doubleNormPre.points.size();
     const double stdShift = standard.activeShift();
     const Spectrum &norm = standard.doubleNormPre;
-    int segment = 0;
+    // The first energy in range finds its segment by bisection, the rest walk
+    // on from there.
+    int segment = -1;
     double sumYS = 0.0;
     double sumSS = 0.0;
     double sumYY = 0.0;

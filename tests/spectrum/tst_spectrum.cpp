@@ -93,11 +93,21 @@ void TestSpectrum::interpolateOnward()
         for (const QPointF &p : std::as_const(s.points))
             qs << p.x() << p.x() << std::nextafter(p.x(), 1e300) << p.x() + 0.2;
         qs << x + 50 << 1e300;
-        int segment = 0;
-        for (const double q : qs) {
-            const double want = s.interpolateY(q);
-            const double got = s.interpolateYOnward(q, segment);
-            QVERIFY2(std::memcmp(&want, &got, sizeof want) == 0, qPrintable(QStringLiteral("n %1, x %2").arg(n).arg(q, 0, 'g', 17)));
+        // Runs walked from the curve's start, and runs that bisect for
+        // their first x, from every place in the list.
+        for (int first = 0; first < qs.size(); ++first) {
+            for (const int start : {0, -1}) {
+                if (start == 0 && first > 0)
+                    continue;
+                int segment = start;
+                for (int k = first; k < qs.size(); ++k) {
+                    const double q = qs[k];
+                    const double want = s.interpolateY(q);
+                    const double got = s.interpolateYOnward(q, segment);
+                    QVERIFY2(std::memcmp(&want, &got, sizeof want) == 0,
+                             qPrintable(QStringLiteral("n %1, x %2, start %3").arg(n).arg(q, 0, 'g', 17).arg(start)));
+                }
+            }
         }
     }
 }
