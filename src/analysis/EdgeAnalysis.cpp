@@ -5,7 +5,8 @@
 #include <QDebug>
 
 double edgePosition(const XafsSpectrum &s, const SuggestElm &sElm, bool isMidPoint, double midRatio,
-                    const XafsSpectrum &ref, double cwRangeEV, double cwInitDEeV, double cwMinDEeV)
+                    const XafsSpectrum &ref, double cwRangeEV, double cwInitDEeV, double cwMinDEeV,
+                    const InnerProductStandard *refReading)
 {
     if (isMidPoint) {
         // Written as a negated equality so that NaN on either side also
@@ -13,7 +14,8 @@ double edgePosition(const XafsSpectrum &s, const SuggestElm &sElm, bool isMidPoi
         const double e = !(midRatio == s.midRatio) ? s.findMidx(midRatio) : s.midx;
         return e - s.eOffset - sElm.edgeEV;
     }
-    const double e = s.searchDE(ref, cwRangeEV, cwInitDEeV, cwMinDEeV);
+    const double e = refReading ? s.searchDE(ref, *refReading, cwRangeEV, cwInitDEeV, cwMinDEeV)
+                                : s.searchDE(ref, cwRangeEV, cwInitDEeV, cwMinDEeV);
     return e - s.eOffset;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+class InnerProductStandard;
 class XafsSpectrum;
 struct SuggestElm;
 
@@ -13,8 +14,11 @@ struct SuggestElm;
 // Otherwise: the shift of best inner product against ref, searched over
 // +-cwRangeEV from cwInitDEeV down to cwMinDEeV, less eOffset; the suggested
 // edge is not subtracted, the search already gives a shift against ref.
+// With refReading (ref.asStandard(), made once for a map) the search takes
+// four candidates at a time, to the same bits.
 double edgePosition(const XafsSpectrum &s, const SuggestElm &sElm, bool isMidPoint, double midRatio,
-                    const XafsSpectrum &ref, double cwRangeEV, double cwInitDEeV, double cwMinDEeV);
+                    const XafsSpectrum &ref, double cwRangeEV, double cwInitDEeV, double cwMinDEeV,
+                    const InnerProductStandard *refReading = nullptr);
 
 // The step function an edge can be compared with: 0 below `at`, 1 from `at`
 // on, sampled every `spacing` eV over a full width `width` centred on `at`

@@ -38,6 +38,14 @@ void PointAnalyses::layOut()
     width = at;
 }
 
+void PointAnalyses::prepareReadings()
+{
+    if (dEdge && !dEdgeIsMid)
+        dEdgeReading = dEdgeRef.asStandard();
+    if (calib && calibInnerP)
+        calibReading = calibStd.asStandard();
+}
+
 struct MapRun::Worker
 {
     BoxRowSums i1;
@@ -57,6 +65,7 @@ MapRun::MapRun(const AbsorptionInput &in, const PointAnalyses &job, const Analyz
     , m_shifts(std::move(shifts))
 {
     m_job.layOut();
+    m_job.prepareReadings();
     AnalyzeCond c = walk;
     c.restart();
     do {
@@ -186,7 +195,7 @@ void MapRun::work(int t)
             }
             if (job.dEdge)
                 v[job.dEdgeAt] = edgePosition(s, job.sElm, job.dEdgeIsMid, job.dEdgeMidRatio, job.dEdgeRef,
-                                              job.dEdgeRange, job.dEdgeInit, job.dEdgeMin);
+                                              job.dEdgeRange, job.dEdgeInit, job.dEdgeMin, &job.dEdgeReading);
             if (job.elems) {
                 analyzeElems(s, job.elemConds, job.elemsBg, job.mainT, w->elems);
                 const QVector<double> *lists[ElemKinds] = {&w->elems.elemDMut,     &w->elems.elemNDMut,
@@ -211,7 +220,8 @@ void MapRun::work(int t)
             }
             if (job.calib)
                 v[job.calibAt] = job.calibInnerP
-                                     ? s.searchDE(job.calibStd, job.calibDEw, job.calibDEs, job.calibMinDEs)
+                                     ? s.searchDE(job.calibStd, job.calibReading, job.calibDEw, job.calibDEs,
+                                                  job.calibMinDEs)
                                      : s.midx - job.calibStd.midx;
         }
         bool complete;

@@ -68,6 +68,11 @@ struct PointAnalyses
     // in ElemsOutcome's order. Residual: raDMut, raRest. Feature: dM, e1, e2.
     // Calibration: the shift.
     void layOut();
+    // The standards of the searches by inner products as they read four
+    // candidates at a time, made once for all points.
+    void prepareReadings();
+    InnerProductStandard dEdgeReading;
+    InnerProductStandard calibReading;
     int usedRefs = 0;
     int lcfAt = -1;
     int dEdgeAt = -1;

@@ -99,24 +99,6 @@ void Spectrum::scanRange()
     e.storeIn(*this);
 }
 
-int Spectrum::segmentFor(double x, int n) const
-{
-    if (x <= points[0].x())
-        return 0;
-    if (x >= points[n - 1].x())
-        return n - 2;
-    int lo = 0;
-    int hi = n - 1;
-    while (lo < hi - 1) {
-        const int mid = (lo + hi) / 2;
-        if (points[mid].x() > x)
-            hi = mid;
-        else
-            lo = mid;
-    }
-    return lo;
-}
-
 double Spectrum::interpolateY(double x) const
 {
     const int n = points.size();

@@ -38,6 +38,28 @@ public:
     // Straight-line interpolation through the bracketing points, extrapolating
     // along the end segments. No points: 0; one point: its y.
     double interpolateY(double x) const;
+    // Index i0 of the segment (i0, i0 + 1) that serves x among the first n
+    // points p, n >= 2: the first segment at or below the first x, the last
+    // at or above the last x, else the bisection's E[i0] <= x < E[i0 + 1].
+    // Inline: the calibration's lanes fall back on it without a call that
+    // would make the compiler save every vector register around it.
+    static int segmentFor(const QPointF *p, int n, double x)
+    {
+        if (x <= p[0].x())
+            return 0;
+        if (x >= p[n - 1].x())
+            return n - 2;
+        int lo = 0;
+        int hi = n - 1;
+        while (lo < hi - 1) {
+            const int mid = (lo + hi) / 2;
+            if (p[mid].x() > x)
+                hi = mid;
+            else
+                lo = mid;
+        }
+        return lo;
+    }
     // interpolateY(x) to the bit for a run of x that never fall, on a curve
     // whose x rise (xRising()): segment carries the place found from one
     // call to the next (-1 before the first, which then bisects; 0 walks
@@ -118,8 +140,5 @@ private:
     // Takes point (x, y) at index into the extremes.
     void extendRange(double x, double y, int index);
 
-    // Index i0 of the segment (i0, i0 + 1) that serves x among the first n
-    // points, n >= 2: the first segment at or below the first x, the last at
-    // or above the last x, else the bisection's E[i0] <= x < E[i0 + 1].
-    int segmentFor(double x, int n) const;
+    int segmentFor(double x, int n) const { return segmentFor(points.constData(), n, x); }
 };

@@ -529,15 +529,20 @@ bool XafsSpectrum::walksStandard(const XafsSpectrum &standard) const
     return std::isfinite(standard.activeShift()) && xRising() && standard.doubleNormPre.xRising();
 }
 
+InnerProductStandard XafsSpectrum::asStandard() const
+{
+    return InnerProductStandard(doubleNormPre, xMin, xMax, activeShift());
+}
+
 double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard, bool walk) const
 {
     const int n = points.size();
     const int nNorm = doubleNormPre.points.size();
+    if (walk)
+        return innerProductAlong(points.constData(), n, doubleNormPre.points.constData(), nNorm,
+                                 standard.doubleNormPre, standard.xMin, standard.xMax, standard.activeShift(), dE);
     const double stdShift = standard.activeShift();
     const Spectrum &norm = standard.doubleNormPre;
-    // The first energy in range finds its segment by bisection, the rest walk
-    // on from there.
-    int segment = -1;
     double sumYS = 0.0;
     double sumSS = 0.0;
     double sumYY = 0.0;
@@ -546,7 +551,7 @@ double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard, bool 
         if (!(standard.xMin <= e && e <= standard.xMax))
             continue;
         const double y = i < nNorm ? doubleNormPre.points[i].y() : 0.0;
-        const double s = walk ? norm.interpolateYOnward(e + stdShift, segment) : norm.interpolateY(e + stdShift);
+        const double s = norm.interpolateY(e + stdShift);
         sumYS += y * s;
         sumSS += s * s;
         sumYY += y * y;
@@ -559,30 +564,65 @@ double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard, bool 
 double XafsSpectrum::searchDE(const XafsSpectrum &standard, double range, double step,
                               double minStep) const
 {
+    return searchDE(standard, nullptr, range, step, minStep);
+}
+
+double XafsSpectrum::searchDE(const XafsSpectrum &standard, const InnerProductStandard &reading, double range,
+                              double step, double minStep) const
+{
+    return searchDE(standard, &reading, range, step, minStep);
+}
+
+double XafsSpectrum::searchDE(const XafsSpectrum &standard, const InnerProductStandard *reading, double range,
+                              double step, double minStep) const
+{
     if (step < minStep)
         return 0.0;
     // Intended: every pass scans around this same centre, never around the
     // best point of the pass before; the best value of all passes wins.
     const double centre = midx - standard.midx;
     const bool walk = walksStandard(standard);
+    const bool four = walk && reading;
     double best = -1e300;
     double bestDE = 0.0;
     while (step >= minStep) {
         if (range >= 0 && std::isfinite(range)) {
             long candidates = 0;
             double d = -range;
-            while (d <= range) {
-                const double c = innerProduct(centre + d, standard, walk);
-                if (c > best) {
-                    best = c;
-                    bestDE = centre + d;
+            bool more = d <= range;
+            while (more) {
+                // Up to four candidates stepped as one at a time would, their
+                // products taken together, then weighed in order.
+                double shifts[4];
+                int m = 0;
+                while (more && m < 4) {
+                    shifts[m++] = centre + d;
+                    const double next = d + step;
+                    // A step too small to move d, or an absurd candidate
+                    // count, would never end.
+                    if (!(next > d) || ++candidates >= kMaxCandidatesPerPass) {
+                        more = false;
+                    } else {
+                        d = next;
+                        more = d <= range;
+                    }
                 }
-                const double next = d + step;
-                // A step too small to move d, or an absurd candidate count,
-                // would never end.
-                if (!(next > d) || ++candidates >= kMaxCandidatesPerPass)
-                    break;
-                d = next;
+                for (int k = m; k < 4; ++k)
+                    shifts[k] = shifts[m - 1];
+                double c[4];
+                if (four) {
+                    innerProductsFour(points.constData(), points.size(), doubleNormPre.points.constData(),
+                                      doubleNormPre.points.size(), *reading, shifts, c);
+                } else {
+                    for (int k = 0; k < m; ++k)
+                        c[k] = innerProduct(shifts[k], standard, walk);
+                }
+                for (int k = 0; k < m; ++k) {
+                    if (c[k] > best) {
+                        best = c[k];
+                        bestDE = shifts[k];
+                    }
+                }
             }
         }
         // With minStep <= 0 the step shrinks to 0 and would satisfy the loop

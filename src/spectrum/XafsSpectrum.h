@@ -1,5 +1,6 @@
 #pragma once
 
+#include "spectrum/InnerProducts.h"
 #include "spectrum/Spectrum.h"
 #include "spectrum/SuggestElm.h"
 #include "spectrum/VictLine.h"
@@ -74,6 +75,13 @@ public:
     // the pass, and so does an absurd number of candidates.
     double searchDE(const XafsSpectrum &standard, double range, double step,
                     double minStep) const;
+    // The same shift to the bit, four candidates at a time, reading the
+    // standard through reading = standard.asStandard(), made once for the
+    // many searches of a map.
+    double searchDE(const XafsSpectrum &standard, const InnerProductStandard &reading, double range,
+                    double step, double minStep) const;
+    // This spectrum as the standard of a four-at-a-time search.
+    InnerProductStandard asStandard() const;
 
     // Replaces bytes with the written form of the spectrum: a header, then
     // per point energy (less eOffset when asked), doubleNormPre, y, pre, post.
@@ -114,6 +122,10 @@ private:
     // a search per point; the walk when walksStandard() allows it.
     double innerProduct(double dE, const XafsSpectrum &standard, bool walk) const;
     bool walksStandard(const XafsSpectrum &standard) const;
+    // Both searches: four at a time when reading is given and the standard
+    // can be walked, else one at a time.
+    double searchDE(const XafsSpectrum &standard, const InnerProductStandard *reading, double range,
+                    double step, double minStep) const;
     void fillNormalised(Curves curves);
     bool readColumns(QFile &file);
     bool read9809(QFile &file);
