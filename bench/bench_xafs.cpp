@@ -54,17 +54,46 @@ void BM_analyze(benchmark::State &state)
 }
 BENCHMARK(BM_analyze)->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);
 
-void BM_searchDE(benchmark::State &state)
+XafsSpectrum movedTarget(const XafsSpectrum &standard)
 {
-    const XafsSpectrum standard(pixelSpectrum(), "std", 1, 0, suggested());
     Spectrum moved;
     for (const QPointF &p : standard.points)
         moved.addPoint(p.x() + 0.7, p.y());
-    const XafsSpectrum target(moved, "target", 1, 0, suggested());
-    for (auto _ : state)
-        benchmark::DoNotOptimize(target.searchDE(standard, 5, 0.5, 0.01));
+    return XafsSpectrum(moved, "target", 1, 0, suggested());
 }
-BENCHMARK(BM_searchDE)->Unit(benchmark::kMicrosecond);
+
+// Arg 0: one candidate at a time; 1: as many as the processor's lanes take,
+// the standard read through bins as a threaded map run does.
+void BM_searchDE(benchmark::State &state)
+{
+    const XafsSpectrum standard(pixelSpectrum(), "std", 1, 0, suggested());
+    const XafsSpectrum target = movedTarget(standard);
+    const InnerProductStandard reading = standard.asStandard();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(state.range(0) ? target.searchDE(standard, reading, 5, 0.5, 0.01)
+                                                : target.searchDE(standard, 5, 0.5, 0.01));
+    }
+}
+BENCHMARK(BM_searchDE)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+// Eighty-eight products, as in a calibration search, 1, 4 or 8 at a time.
+void BM_innerProducts(benchmark::State &state)
+{
+    const XafsSpectrum standard(pixelSpectrum(), "std", 1, 0, suggested());
+    const XafsSpectrum target = movedTarget(standard);
+    const InnerProductStandard reading = standard.asStandard();
+    constexpr int Count = 88;
+    double dE[Count];
+    double c[Count];
+    for (int k = 0; k < Count; ++k)
+        dE[k] = -5 + k * (10.0 / (Count - 1));
+    for (auto _ : state) {
+        innerProducts(target.points.constData(), target.points.size(), target.doubleNormPre.points.constData(),
+                      target.doubleNormPre.points.size(), reading, dE, c, Count, int(state.range(0)));
+        benchmark::DoNotOptimize(c[0]);
+    }
+}
+BENCHMARK(BM_innerProducts)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

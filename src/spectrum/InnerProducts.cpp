@@ -130,10 +130,128 @@ __attribute__((target("avx2"))) void fourLanes(const QPointF *x, int n, const QP
         c[k] = yy[k] > 0 && ss[k] > 0 ? ys[k] / std::sqrt(ss[k] * yy[k]) : 0.0;
 }
 
-bool fourLanesAvailable()
+// GCC 12's AVX-512 intrinsics fill the lanes they leave undefined from a
+// variable initialised by itself, which the uninitialised-use warning takes
+// for a fault in the code that calls them.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+
+// Lane k's x0 y0 x1 y1 and lane k + 4's side by side.
+__attribute__((target("avx512f"), always_inline)) inline __m512d lanePairs(const char *bytes, const qint64 *s, int k)
 {
-    static const bool on = __builtin_cpu_supports("avx2");
-    return on;
+    return _mm512_insertf64x4(_mm512_castpd256_pd512(_mm256_loadu_pd(reinterpret_cast<const double *>(bytes + s[k]))),
+                              _mm256_loadu_pd(reinterpret_cast<const double *>(bytes + s[k + 4])), 1);
+}
+
+// The bins of lanes k, k + 2, k + 4 and k + 6, split and segment each.
+__attribute__((target("avx512f"), always_inline)) inline __m512d binPairs(const double *bins, const int *b, int k)
+{
+    const __m256d low = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_load_pd(bins + 2 * b[k])),
+                                             _mm_load_pd(bins + 2 * b[k + 2]), 1);
+    const __m256d high = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_load_pd(bins + 2 * b[k + 4])),
+                                              _mm_load_pd(bins + 2 * b[k + 6]), 1);
+    return _mm512_insertf64x4(_mm512_castpd256_pd512(low), high, 1);
+}
+
+// AVX-512 the same way, eight candidates a lane each. Lanes out of range
+// are masked out of the sums, exactly as the one-candidate loop skips them.
+// The bins are gathered; the pairs of points loaded and shuffled as above.
+__attribute__((target("avx512f,avx512dq"))) void eightLanes(const QPointF *x, int n, const QPointF *yNorm,
+                                                            int nNorm, const InnerProductStandard &standard,
+                                                            const double dE[8], double c[8])
+{
+    constexpr int Block = 64;
+    const double *px = reinterpret_cast<const double *>(x);
+    const QPointF *sp = standard.curve.points.constData();
+    const int ns = int(standard.curve.points.size());
+    const char *bytes = reinterpret_cast<const char *>(sp);
+    const double *bins = reinterpret_cast<const double *>(standard.bins.constData());
+    const __m512d d = _mm512_loadu_pd(dE);
+    const __m512d shift = _mm512_set1_pd(standard.shift);
+    __m512d sumYS = _mm512_setzero_pd();
+    __m512d sumSS = _mm512_setzero_pd();
+    __m512d sumYY = _mm512_setzero_pd();
+    alignas(64) qint64 segs[Block][8];
+    // Lane k's pair of points lies in elements k of the four rows put
+    // together from the eight loads, after these two selections.
+    const __m512i firstHalves = _mm512_set_epi64(13, 12, 5, 4, 9, 8, 1, 0);
+    const __m512i secondHalves = _mm512_set_epi64(15, 14, 7, 6, 11, 10, 3, 2);
+    for (int from = 0; from < n; from += Block) {
+        const int to = std::min(n, from + Block);
+        {
+            const __m512d origin = _mm512_set1_pd(standard.binOrigin);
+            const __m512d scale = _mm512_set1_pd(standard.binScale);
+            const __m512d lastBin = _mm512_set1_pd(double(standard.bins.size() - 1));
+            const __m512i pointBytes = _mm512_set1_epi64(qint64(sizeof(QPointF)));
+            for (int i = from; i < to; ++i) {
+                const __m512d t = _mm512_add_pd(_mm512_sub_pd(_mm512_set1_pd(px[2 * i]), d), shift);
+                const __m512d bin = _mm512_min_pd(
+                    _mm512_max_pd(_mm512_mul_pd(_mm512_sub_pd(t, origin), scale), _mm512_setzero_pd()), lastBin);
+                alignas(32) int b[8];
+                _mm256_store_si256(reinterpret_cast<__m256i *>(b), _mm512_cvttpd_epi32(bin));
+                const __m512d even = binPairs(bins, b, 0);
+                const __m512d odd = binPairs(bins, b, 1);
+                const __m512d split = _mm512_unpacklo_pd(even, odd);
+                const __m512i first = _mm512_castpd_si512(_mm512_unpackhi_pd(even, odd));
+                const __m512i at =
+                    _mm512_mask_add_epi64(first, _mm512_cmp_pd_mask(split, t, _CMP_LE_OQ), first, pointBytes);
+                _mm512_store_si512(segs[i - from], at);
+                const __mmask8 crowded = _mm512_movepi64_mask(at);
+                if (crowded) {
+                    alignas(64) double tl[8];
+                    _mm512_store_pd(tl, t);
+                    for (int k = 0; k < 8; ++k) {
+                        if (crowded >> k & 1)
+                            segs[i - from][k] = qint64(Spectrum::segmentFor(sp, ns, tl[k])) * qint64(sizeof(QPointF));
+                    }
+                }
+            }
+        }
+        const __m512d lo = _mm512_set1_pd(standard.xMin);
+        const __m512d hi = _mm512_set1_pd(standard.xMax);
+        for (int i = from; i < to; ++i) {
+            const __m512d e = _mm512_sub_pd(_mm512_set1_pd(px[2 * i]), d);
+            const __mmask8 in = _mm512_cmp_pd_mask(lo, e, _CMP_LE_OQ) & _mm512_cmp_pd_mask(e, hi, _CMP_LE_OQ);
+            if (!in)
+                continue;
+            const __m512d t = _mm512_add_pd(e, shift);
+            const qint64 *s = segs[i - from];
+            const __m512d z0 = lanePairs(bytes, s, 0);
+            const __m512d z1 = lanePairs(bytes, s, 1);
+            const __m512d z2 = lanePairs(bytes, s, 2);
+            const __m512d z3 = lanePairs(bytes, s, 3);
+            const __m512d xs01 = _mm512_unpacklo_pd(z0, z1);
+            const __m512d ys01 = _mm512_unpackhi_pd(z0, z1);
+            const __m512d xs23 = _mm512_unpacklo_pd(z2, z3);
+            const __m512d ys23 = _mm512_unpackhi_pd(z2, z3);
+            const __m512d x0 = _mm512_permutex2var_pd(xs01, firstHalves, xs23);
+            const __m512d x1 = _mm512_permutex2var_pd(xs01, secondHalves, xs23);
+            const __m512d y0 = _mm512_permutex2var_pd(ys01, firstHalves, ys23);
+            const __m512d y1 = _mm512_permutex2var_pd(ys01, secondHalves, ys23);
+            const __m512d line = _mm512_add_pd(
+                y0, _mm512_div_pd(_mm512_mul_pd(_mm512_sub_pd(t, x0), _mm512_sub_pd(y1, y0)), _mm512_sub_pd(x1, x0)));
+            const __m512d y = _mm512_set1_pd(i < nNorm ? yNorm[i].y() : 0.0);
+            sumYS = _mm512_mask_add_pd(sumYS, in, sumYS, _mm512_mul_pd(y, line));
+            sumSS = _mm512_mask_add_pd(sumSS, in, sumSS, _mm512_mul_pd(line, line));
+            sumYY = _mm512_mask_add_pd(sumYY, in, sumYY, _mm512_mul_pd(y, y));
+        }
+    }
+    alignas(64) double ys[8], ss[8], yy[8];
+    _mm512_store_pd(ys, sumYS);
+    _mm512_store_pd(ss, sumSS);
+    _mm512_store_pd(yy, sumYY);
+    for (int k = 0; k < 8; ++k)
+        c[k] = yy[k] > 0 && ss[k] > 0 ? ys[k] / std::sqrt(ss[k] * yy[k]) : 0.0;
+}
+
+#pragma GCC diagnostic pop
+
+int lanesAvailable()
+{
+    static const int lanes = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") ? 8
+                             : __builtin_cpu_supports("avx2")                                          ? 4
+                                                                                                       : 1;
+    return lanes;
 }
 
 } // namespace
@@ -214,18 +332,43 @@ double innerProductAlong(const QPointF *x, int n, const QPointF *yNorm, int nNor
     return sumYS / std::sqrt(sumSS * sumYY);
 }
 
-void innerProductsFour(const QPointF *x, int n, const QPointF *yNorm, int nNorm,
-                       const InnerProductStandard &standard, const double dE[4], double c[4])
+int innerProductLanes()
 {
 #ifdef TESSARELLE_VECTOR_PRODUCTS
+    return lanesAvailable();
+#else
+    return 1;
+#endif
+}
+
+void innerProducts(const QPointF *x, int n, const QPointF *yNorm, int nNorm, const InnerProductStandard &standard,
+                   const double *dE, double *c, int count, int lanes)
+{
+    const int most = innerProductLanes();
+    lanes = lanes <= 0 || lanes > most ? most : lanes;
     // Fewer than two points: no segments to walk, the one-candidate reading
     // handles it.
-    if (fourLanesAvailable() && standard.curve.points.size() >= 2 && !standard.bins.isEmpty()) {
-        fourLanes(x, n, yNorm, nNorm, standard, dE, c);
-        return;
+    if (standard.curve.points.size() < 2 || standard.bins.isEmpty())
+        lanes = 1;
+    int k = 0;
+#ifdef TESSARELLE_VECTOR_PRODUCTS
+    const int width = lanes >= 8 ? 8 : lanes >= 4 ? 4 : 0;
+    while (width && k < count) {
+        // The last few candidates fill their lanes up with copies of the last.
+        double shifts[8];
+        double products[8];
+        const int m = std::min(width, count - k);
+        for (int j = 0; j < width; ++j)
+            shifts[j] = dE[k + std::min(j, m - 1)];
+        if (width == 8)
+            eightLanes(x, n, yNorm, nNorm, standard, shifts, products);
+        else
+            fourLanes(x, n, yNorm, nNorm, standard, shifts, products);
+        std::copy(products, products + m, c + k);
+        k += m;
     }
 #endif
-    for (int k = 0; k < 4; ++k)
+    for (; k < count; ++k)
         c[k] = innerProductAlong(x, n, yNorm, nNorm, standard.curve, standard.xMin, standard.xMax, standard.shift,
                                  dE[k]);
 }

@@ -7,8 +7,8 @@
 // The calibration by inner products compares a pixel's normalised curve with
 // a standard's at some eighty candidate shifts, each reading the standard at
 // every energy of the curve: most of the time of a calibration point. Here
-// four candidates are carried through one pass along the curve, each in a
-// lane of its own, doing exactly what one candidate alone does: the same
+// four or eight candidates are carried through one pass along the curve,
+// each in a lane of its own, doing exactly what one candidate alone does: the same
 // segment of the standard, the same straight line through it, the same sums
 // in the same order, so every product is the one-candidate result to the bit.
 
@@ -54,8 +54,12 @@ public:
 double innerProductAlong(const QPointF *x, int n, const QPointF *yNorm, int nNorm, const Spectrum &standard,
                          double xMin, double xMax, double shift, double dE);
 
+// How many candidates one pass along the curve carries on this processor:
+// 8 with AVX-512, 4 with AVX2, else 1.
+int innerProductLanes();
+
 // c[k] = innerProductAlong(..., standard.curve, standard.xMin, standard.xMax,
-// standard.shift, dE[k]) to the bit for k = 0..3, the four in one pass along
-// the curve where the processor has AVX2.
-void innerProductsFour(const QPointF *x, int n, const QPointF *yNorm, int nNorm,
-                       const InnerProductStandard &standard, const double dE[4], double c[4]);
+// standard.shift, dE[k]) to the bit for k < count, the candidates taken up
+// to lanes at a time (0: as many as innerProductLanes()).
+void innerProducts(const QPointF *x, int n, const QPointF *yNorm, int nNorm, const InnerProductStandard &standard,
+                   const double *dE, double *c, int count, int lanes = 0);

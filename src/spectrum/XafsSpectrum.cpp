@@ -30,6 +30,65 @@ constexpr qint64 kMaxFileBytes = qint64(256) << 20;
 // hundred steps at most.
 constexpr long kMaxCandidatesPerPass = 100000;
 
+// Passes after the step has underflowed would repeat for ever with an
+// infinite step; a finite one reaches 0 long before this many.
+constexpr int kMaxPasses = 1100;
+
+// The shifts a search tries, in order: passes from -range to range around
+// centre, the range and step a tenth of the pass before, while the step is
+// at least minStep. None when the step is below minStep from the start.
+class ShiftCandidates
+{
+public:
+    ShiftCandidates(double centre, double range, double step, double minStep)
+        : centre(centre), range(range), step(step), minStep(minStep)
+    {
+    }
+
+    bool next(double &shift)
+    {
+        while (!more) {
+            if (passes > 0) {
+                // With minStep <= 0 the step shrinks to 0 and would satisfy
+                // the loop for ever.
+                if (!(step > 0) || passes >= kMaxPasses)
+                    return false;
+                range *= 0.1;
+                step *= 0.1;
+            }
+            if (!(step >= minStep))
+                return false;
+            ++passes;
+            if (range >= 0 && std::isfinite(range)) {
+                candidates = 0;
+                d = -range;
+                more = d <= range;
+            }
+        }
+        shift = centre + d;
+        const double after = d + step;
+        // A step too small to move d, or an absurd candidate count, would
+        // never end.
+        if (!(after > d) || ++candidates >= kMaxCandidatesPerPass) {
+            more = false;
+        } else {
+            d = after;
+            more = d <= range;
+        }
+        return true;
+    }
+
+private:
+    const double centre;
+    double range;
+    double step;
+    const double minStep;
+    double d = 0.0;
+    bool more = false;
+    long candidates = 0;
+    int passes = 0;
+};
+
 // Reads the next line, line break included, into line; false at the end.
 bool readBoundedLine(QFile &file, QByteArray &line)
 {
@@ -576,61 +635,40 @@ double XafsSpectrum::searchDE(const XafsSpectrum &standard, const InnerProductSt
 double XafsSpectrum::searchDE(const XafsSpectrum &standard, const InnerProductStandard *reading, double range,
                               double step, double minStep) const
 {
-    if (step < minStep)
-        return 0.0;
     // Intended: every pass scans around this same centre, never around the
-    // best point of the pass before; the best value of all passes wins.
-    const double centre = midx - standard.midx;
-    const bool walk = walksStandard(standard);
-    const bool four = walk && reading;
+    // best point of the pass before; the best value of all passes wins. So
+    // every candidate of every pass is known before any is weighed.
+    ShiftCandidates shifts(midx - standard.midx, range, step, minStep);
     double best = -1e300;
     double bestDE = 0.0;
-    while (step >= minStep) {
-        if (range >= 0 && std::isfinite(range)) {
-            long candidates = 0;
-            double d = -range;
-            bool more = d <= range;
-            while (more) {
-                // Up to four candidates stepped as one at a time would, their
-                // products taken together, then weighed in order.
-                double shifts[4];
-                int m = 0;
-                while (more && m < 4) {
-                    shifts[m++] = centre + d;
-                    const double next = d + step;
-                    // A step too small to move d, or an absurd candidate
-                    // count, would never end.
-                    if (!(next > d) || ++candidates >= kMaxCandidatesPerPass) {
-                        more = false;
-                    } else {
-                        d = next;
-                        more = d <= range;
-                    }
-                }
-                for (int k = m; k < 4; ++k)
-                    shifts[k] = shifts[m - 1];
-                double c[4];
-                if (four) {
-                    innerProductsFour(points.constData(), points.size(), doubleNormPre.points.constData(),
-                                      doubleNormPre.points.size(), *reading, shifts, c);
-                } else {
-                    for (int k = 0; k < m; ++k)
-                        c[k] = innerProduct(shifts[k], standard, walk);
-                }
-                for (int k = 0; k < m; ++k) {
-                    if (c[k] > best) {
-                        best = c[k];
-                        bestDE = shifts[k];
-                    }
-                }
-            }
+    auto weigh = [&best, &bestDE](double shift, double c) {
+        if (c > best) {
+            best = c;
+            bestDE = shift;
         }
-        // With minStep <= 0 the step shrinks to 0 and would satisfy the loop
-        // forever.
-        if (!(step > 0))
+    };
+    const bool walk = walksStandard(standard);
+    if (!(walk && reading)) {
+        double shift;
+        while (shifts.next(shift))
+            weigh(shift, innerProduct(shift, standard, walk));
+        return bestDE;
+    }
+    // Many candidates at a time, their products taken together, then weighed
+    // in the order they were stepped.
+    constexpr int Batch = 64;
+    double batch[Batch];
+    double c[Batch];
+    for (;;) {
+        int m = 0;
+        while (m < Batch && shifts.next(batch[m]))
+            ++m;
+        if (m == 0)
             break;
-        range *= 0.1;
-        step *= 0.1;
+        innerProducts(points.constData(), points.size(), doubleNormPre.points.constData(),
+                      doubleNormPre.points.size(), *reading, batch, c, m);
+        for (int k = 0; k < m; ++k)
+            weigh(batch[k], c[k]);
     }
     return bestDE;
 }

@@ -75,12 +75,12 @@ public:
     // the pass, and so does an absurd number of candidates.
     double searchDE(const XafsSpectrum &standard, double range, double step,
                     double minStep) const;
-    // The same shift to the bit, four candidates at a time, reading the
+    // The same shift to the bit, several candidates at a time, reading the
     // standard through reading = standard.asStandard(), made once for the
     // many searches of a map.
     double searchDE(const XafsSpectrum &standard, const InnerProductStandard &reading, double range,
                     double step, double minStep) const;
-    // This spectrum as the standard of a four-at-a-time search.
+    // This spectrum as the standard of a several-at-a-time search.
     InnerProductStandard asStandard() const;
 
     // Replaces bytes with the written form of the spectrum: a header, then
@@ -122,7 +122,7 @@ private:
     // a search per point; the walk when walksStandard() allows it.
     double innerProduct(double dE, const XafsSpectrum &standard, bool walk) const;
     bool walksStandard(const XafsSpectrum &standard) const;
-    // Both searches: four at a time when reading is given and the standard
+    // Both searches: several at a time when reading is given and the standard
     // can be walked, else one at a time.
     double searchDE(const XafsSpectrum &standard, const InnerProductStandard *reading, double range,
                     double step, double minStep) const;

@@ -7,16 +7,17 @@
 #include <cstring>
 #include <limits>
 
-// Four candidate shifts carried together must give each the product the
-// one-candidate walk gives, to the bit: energies landing exactly on the
+// Candidate shifts carried together, four or eight to a pass as the
+// processor allows, must give each the product the one-candidate walk gives,
+// to the bit: energies landing exactly on the
 // standard's points, bins crowded with close points, energies past both
 // ends of the standard, odd values among the curve's.
 class TestInnerProducts : public QObject
 {
     Q_OBJECT
 private slots:
-    void fourAsOne_data();
-    void fourAsOne();
+    void manyAsOne_data();
+    void manyAsOne();
 };
 
 namespace {
@@ -55,7 +56,7 @@ quint64 bitsOf(double d)
 
 } // namespace
 
-void TestInnerProducts::fourAsOne_data()
+void TestInnerProducts::manyAsOne_data()
 {
     QTest::addColumn<int>("grid");
     QTest::addColumn<double>("stdStep");
@@ -68,7 +69,7 @@ void TestInnerProducts::fourAsOne_data()
     QTest::newRow("a standard of two points") << int(Few) << 50.0 << 0.0 << false;
 }
 
-void TestInnerProducts::fourAsOne()
+void TestInnerProducts::manyAsOne()
 {
     QFETCH(int, grid);
     QFETCH(double, stdStep);
@@ -84,20 +85,25 @@ void TestInnerProducts::fourAsOne()
         const int n = int(data.points.size());
         // The normalised curve may be shorter than the energies.
         const int nNorm = c == 5 ? n / 2 : n;
-        for (int round = 0; round < 300; ++round) {
-            double dE[4];
-            for (int k = 0; k < 4; ++k)
-                dE[k] = round % 3 == 0 ? -20 + 0.5 * g.bounded(81) : 60 * (g.generateDouble() - 0.5);
-            double four[4];
-            innerProductsFour(x, n, x, nNorm, reading, dE, four);
-            for (int k = 0; k < 4; ++k) {
-                const double one = innerProductAlong(x, n, x, nNorm, standard, 8890, 9070, shift, dE[k]);
-                if (bitsOf(four[k]) != bitsOf(one))
-                    QFAIL(qPrintable(QStringLiteral("curve %1, dE %2: %3 against %4")
-                                         .arg(c)
-                                         .arg(dE[k], 0, 'g', 17)
-                                         .arg(four[k], 0, 'g', 17)
-                                         .arg(one, 0, 'g', 17)));
+        for (int round = 0; round < 100; ++round) {
+            // Eleven: a batch that fills neither four nor eight lanes evenly.
+            constexpr int Count = 11;
+            double dE[Count];
+            for (double &d : dE)
+                d = round % 3 == 0 ? -20 + 0.5 * g.bounded(81) : 60 * (g.generateDouble() - 0.5);
+            for (int lanes : {4, 8}) {
+                double many[Count];
+                innerProducts(x, n, x, nNorm, reading, dE, many, Count, lanes);
+                for (int k = 0; k < Count; ++k) {
+                    const double one = innerProductAlong(x, n, x, nNorm, standard, 8890, 9070, shift, dE[k]);
+                    if (bitsOf(many[k]) != bitsOf(one))
+                        QFAIL(qPrintable(QStringLiteral("%1 lanes, curve %2, dE %3: %4 against %5")
+                                             .arg(lanes)
+                                             .arg(c)
+                                             .arg(dE[k], 0, 'g', 17)
+                                             .arg(many[k], 0, 'g', 17)
+                                             .arg(one, 0, 'g', 17)));
+                }
             }
         }
     }

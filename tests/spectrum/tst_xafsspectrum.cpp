@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <limits>
 #include <vector>
 
 using Values = QVector<double>;
@@ -186,10 +187,12 @@ void TestXafsSpectrum::analyzeFewPoints()
     if (use && (s.midxOutOfRange || s.midxNoisy))
         QCOMPARE(s.midx, 8981.0);
     const XafsSpectrum copy = s;
-    // Minimum step 0, a step of 0, and a vast range must all end.
+    // Minimum step 0, a step of 0, a vast range and an infinite step must
+    // all end.
     s.searchDE(copy, 1, 0.5, 0);
     s.searchDE(copy, 1, 0, 0);
     s.searchDE(copy, 1e300, 1, 0.5);
+    s.searchDE(copy, 1, std::numeric_limits<double>::infinity(), 0.5);
 }
 
 void TestXafsSpectrum::realistic_data()
