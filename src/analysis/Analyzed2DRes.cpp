@@ -248,10 +248,11 @@ double Analyzed2DRes::effectiveMax() const
 void Analyzed2DRes::genImg()
 {
     image.reset();
-    std::vector<uchar>().swap(imgBuf);
     imgValid = false;
     const std::vector<double> &src = useProc ? procData : data;
     if (!src.empty() && (imgFormat == ColorMaps::FormatGray || imgFormat == ColorMaps::FormatRgb)) {
+        // A run makes every map's image again once a row: the buffer keeps
+        // its memory instead of handing megabytes back and taking them again.
         const int w = cond.areaW;
         const int h = cond.areaH;
         const int stride = strideOf(w, imgFormat);
@@ -262,6 +263,8 @@ void Analyzed2DRes::genImg()
             mapper.mapRow(src.data() + std::size_t(y) * w, w, imgBuf.data() + std::size_t(y) * stride);
         image = std::make_unique<QImage>(imgBuf.data(), w, h, stride, QImage::Format(imgFormat));
         imgValid = true;
+    } else {
+        std::vector<uchar>().swap(imgBuf);
     }
     surface.solve();
 }
