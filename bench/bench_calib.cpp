@@ -5,8 +5,9 @@
 // recording), and the writing and reading of a 2048 x 2048 .emp file.
 // Part two runs the real program headless: a calibration of every pixel of a
 // 256 x 16 band of a 256 x 256 stack of 200 frames with both methods, one
-// point at a time and threaded, timed between its own log lines, and the
-// load of the 2048 x 2048 file by the batch command.
+// point at a time and threaded (threaded also over the whole stack), timed
+// between its own log lines, and the load of the 2048 x 2048 file by the
+// batch command.
 //
 //   bench_calib [path of the tessarelle executable]
 #include "BenchProgram.h"
@@ -27,6 +28,7 @@
 #include <QTemporaryDir>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstdio>
 #include <memory>
 
@@ -162,12 +164,17 @@ void wholeRuns(const QString &exe, const QString &dir)
                            "load_I0_files_of_pattern new " + dir + "/ i0_*.tif", "set_view_w 10", "set_view_h 10",
                            "calib_load_std " + dir + "/std.dat", "set_analyze_w 0", "set_analyze_h 0",
                            "select_region 0 0 256 16"};
-    const int points = N * 16;
+    // The threaded run also over the whole image, where its points weigh
+    // more against the setup of the run.
     for (int method = 0; method < 2; ++method) {
-        for (const bool serial : {true, false}) {
-            const QStringList batch = QStringList(load) << QStringLiteral("calib_type %1").arg(method) << "calib_exec";
+        for (const int rows : {-16, 16, N}) {
+            const bool serial = rows < 0;
+            const int points = N * std::abs(rows);
+            QStringList batch(load);
+            batch.last() = QStringLiteral("select_region 0 0 %1 %2").arg(N).arg(std::abs(rows));
+            batch << QStringLiteral("calib_type %1").arg(method) << "calib_exec";
             const double s = timedProgramRun(exe, dir, batch, "Start Calibration", "End Calibration", true, serial);
-            std::printf("program, %s, %s, %d points in %6.2f s: %8.0f points/s\n",
+            std::printf("program, %s, %s, %6d points in %6.2f s: %8.0f points/s\n",
                         method == 0 ? "dMidx   " : "inner P.", serial ? "one at a time" : "threaded     ", points, s,
                         points / s);
         }
