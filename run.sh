@@ -21,7 +21,7 @@ for a in "$@"; do
 done
 scripts/setup
 jobs=$(nproc 2>/dev/null || echo 2)
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" >/dev/null
 cmake --build build -j"$jobs" --target tessarelle
 
 # demo.bat names the data folder by its absolute path: a moved checkout
