@@ -26,6 +26,16 @@ double binPosition(double x, double origin, double scale, double lastBin)
     return low < lastBin ? low : lastBin; // _mm256_min_pd(low, lastBin)
 }
 
+// The lanes whose bin holds several points (bits of crowded) find their
+// segment by bisection, as byte offsets like the bins give.
+void searchCrowded(const QPointF *sp, int ns, const double *t, int lanes, unsigned crowded, qint64 *segs)
+{
+    for (int k = 0; k < lanes; ++k) {
+        if (crowded >> k & 1)
+            segs[k] = qint64(Spectrum::segmentFor(sp, ns, t[k])) * qint64(sizeof(QPointF));
+    }
+}
+
 // AVX2 alone, without FMA: every product and sum rounds by itself, as in the
 // one-candidate loop.
 //
@@ -77,10 +87,7 @@ __attribute__((target("avx2"))) void fourLanes(const QPointF *x, int n, const QP
                 if (crowded) {
                     alignas(32) double tl[4];
                     _mm256_store_pd(tl, t);
-                    for (int k = 0; k < 4; ++k) {
-                        if (crowded >> k & 1)
-                            segs[i - from][k] = qint64(Spectrum::segmentFor(sp, ns, tl[k])) * qint64(sizeof(QPointF));
-                    }
+                    searchCrowded(sp, ns, tl, 4, unsigned(crowded), segs[i - from]);
                 }
             }
         }
@@ -200,10 +207,7 @@ __attribute__((target("avx512f,avx512dq"))) void eightLanes(const QPointF *x, in
                 if (crowded) {
                     alignas(64) double tl[8];
                     _mm512_store_pd(tl, t);
-                    for (int k = 0; k < 8; ++k) {
-                        if (crowded >> k & 1)
-                            segs[i - from][k] = qint64(Spectrum::segmentFor(sp, ns, tl[k])) * qint64(sizeof(QPointF));
-                    }
+                    searchCrowded(sp, ns, tl, 8, unsigned(crowded), segs[i - from]);
                 }
             }
         }
@@ -314,22 +318,8 @@ double innerProductAlong(const QPointF *x, int n, const QPointF *yNorm, int nNor
     // The first energy in range finds its segment by bisection, the rest walk
     // on from there.
     int segment = -1;
-    double sumYS = 0.0;
-    double sumSS = 0.0;
-    double sumYY = 0.0;
-    for (int i = 0; i < n; ++i) {
-        const double e = x[i].x() - dE;
-        if (!(xMin <= e && e <= xMax))
-            continue;
-        const double y = i < nNorm ? yNorm[i].y() : 0.0;
-        const double s = standard.interpolateYOnward(e + shift, segment);
-        sumYS += y * s;
-        sumSS += s * s;
-        sumYY += y * y;
-    }
-    if (!(sumYY > 0 && sumSS > 0))
-        return 0.0;
-    return sumYS / std::sqrt(sumSS * sumYY);
+    return innerProductWith(x, n, yNorm, nNorm, xMin, xMax, dE,
+                            [&](double e) { return standard.interpolateYOnward(e + shift, segment); });
 }
 
 int innerProductLanes()

@@ -4,6 +4,8 @@
 
 #include <QVector>
 
+#include <cmath>
+
 // The calibration by inner products compares a pixel's normalised curve with
 // a standard's at some eighty candidate shifts, each reading the standard at
 // every energy of the curve: most of the time of a calibration point. Here
@@ -51,6 +53,30 @@ public:
 // [xMin, xMax], y being yNorm[i] (0 past nNorm) and s the standard's straight
 // line at x[i] - dE + shift, read by walking along the standard; 0 when
 // either sum of squares is not positive. x and the standard's x must rise.
+// The sums behind it, the standard read at x[i] - dE by read(x[i] - dE)
+// (walking or searching): both readings give the same sums in the same order.
+template <typename Read>
+double innerProductWith(const QPointF *x, int n, const QPointF *yNorm, int nNorm, double xMin, double xMax,
+                        double dE, Read read)
+{
+    double sumYS = 0.0;
+    double sumSS = 0.0;
+    double sumYY = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const double e = x[i].x() - dE;
+        if (!(xMin <= e && e <= xMax))
+            continue;
+        const double y = i < nNorm ? yNorm[i].y() : 0.0;
+        const double s = read(e);
+        sumYS += y * s;
+        sumSS += s * s;
+        sumYY += y * y;
+    }
+    if (!(sumYY > 0 && sumSS > 0))
+        return 0.0;
+    return sumYS / std::sqrt(sumSS * sumYY);
+}
+
 double innerProductAlong(const QPointF *x, int n, const QPointF *yNorm, int nNorm, const Spectrum &standard,
                          double xMin, double xMax, double shift, double dE);
 

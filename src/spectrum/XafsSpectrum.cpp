@@ -602,22 +602,8 @@ double XafsSpectrum::innerProduct(double dE, const XafsSpectrum &standard, bool 
                                  standard.doubleNormPre, standard.xMin, standard.xMax, standard.activeShift(), dE);
     const double stdShift = standard.activeShift();
     const Spectrum &norm = standard.doubleNormPre;
-    double sumYS = 0.0;
-    double sumSS = 0.0;
-    double sumYY = 0.0;
-    for (int i = 0; i < n; ++i) {
-        const double e = points[i].x() - dE;
-        if (!(standard.xMin <= e && e <= standard.xMax))
-            continue;
-        const double y = i < nNorm ? doubleNormPre.points[i].y() : 0.0;
-        const double s = norm.interpolateY(e + stdShift);
-        sumYS += y * s;
-        sumSS += s * s;
-        sumYY += y * y;
-    }
-    if (!(sumYY > 0 && sumSS > 0))
-        return 0.0;
-    return sumYS / std::sqrt(sumSS * sumYY);
+    return innerProductWith(points.constData(), n, doubleNormPre.points.constData(), nNorm, standard.xMin,
+                            standard.xMax, dE, [&](double e) { return norm.interpolateY(e + stdShift); });
 }
 
 double XafsSpectrum::searchDE(const XafsSpectrum &standard, double range, double step,
